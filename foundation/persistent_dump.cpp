@@ -54,6 +54,7 @@ std::string describeValue(AFCPersistentInputStream& in) {
     case AFC_PC_STRING: return "string " + quoted(in.readString());
     case AFC_PC_WSTRING: return "wstring " + quoted(in.readString());
     case AFC_PC_OBJECT: return describeReference(in);
+    case AFC_PC_PERSISTENT: in.readHeader(); return "base";
     case AFC_PC_BINARY: {
       AFCBuffer block;
       in.readBinary(block);

@@ -16,13 +16,13 @@ TEST(PersistentDump, NamesEveryValueOnItsOwnLine) {
 TEST(PersistentDump, ShowsNewObjectsByClassName) {
   const uint8_t bytes[] = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'A', 'b', 'c', 0xDA, 0x0F,
                            0xDA, 0x0C, 0,    0,    0,    2};
-  EXPECT_EQ(afcDumpPersistent(bytes, sizeof bytes), "object new Abc\nheader 0x0f\nobject ref 2\n");
+  EXPECT_EQ(afcDumpPersistent(bytes, sizeof bytes), "object new Abc\nbase\nobject ref 2\n");
 }
 
 TEST(PersistentDump, StopsAtTheFirstMalformedValue) {
-  const uint8_t bytes[] = {0xDA, 0x05, 0, 0, 0, 7, 0x00, 0x01};
+  const uint8_t bytes[] = {0xDA, 0x05, 0, 0, 0, 7, 0xDA, 0x7E, 0x00, 0x01};
   EXPECT_EQ(afcDumpPersistent(bytes, sizeof bytes),
-            "int32 7\nerror at offset 8: Header expected\n");
+            "int32 7\nheader 0x7e\nerror at offset 10: Header expected\n");
 }
 
 TEST(HexDump, PrintsOffsetsBytesAndPrintableCharacters) {
