@@ -89,9 +89,8 @@ void AFCAttribute::fromAttribute(const AFCAttribute& source) {
 }
 
 void AFCAttribute::throwNotImplemented(const char* operation) const {
-  throw AFCAttributeGetHashValueNotImplementedException("Attribute " + getClass()->getName() +
-                                                        " not implemented " + operation +
-                                                        " method");
+  throw AFCAttributeGetHashValueNotImplementedException(
+      "Attribute " + getClass()->getName() + " not implemented " + operation + " method");
 }
 
 // --- single channel ---

@@ -23,8 +23,8 @@ namespace {
 template <class Kind>
 bool sameValue(const Kind& self, const AFCAttribute& other) {
   const auto* typed = dynamic_cast<const Kind*>(&other);
-  return typed != nullptr && self.AFCAttribute::equals(other) && typed->getChannelValue(0) ==
-                                                                     self.getChannelValue(0);
+  return typed != nullptr && self.AFCAttribute::equals(other) &&
+         typed->getChannelValue(0) == self.getChannelValue(0);
 }
 }  // namespace
 
@@ -96,9 +96,7 @@ void AFCAttributeInt32::set(int32_t value) {
   defined_ = true;
 }
 
-bool AFCAttributeInt32::equals(const AFCAttribute& other) const {
-  return sameValue(*this, other);
-}
+bool AFCAttributeInt32::equals(const AFCAttribute& other) const { return sameValue(*this, other); }
 
 double AFCAttributeInt32::getChannelValue(int channel) const { return channel == 0 ? value_ : 0.0; }
 
@@ -211,9 +209,7 @@ void AFCAttributeFloat::set(float value) {
   defined_ = true;
 }
 
-bool AFCAttributeFloat::equals(const AFCAttribute& other) const {
-  return sameValue(*this, other);
-}
+bool AFCAttributeFloat::equals(const AFCAttribute& other) const { return sameValue(*this, other); }
 
 double AFCAttributeFloat::getChannelValue(int channel) const { return channel == 0 ? value_ : 0.0; }
 
@@ -264,9 +260,7 @@ void AFCAttributeDouble::set(double value) {
   defined_ = true;
 }
 
-bool AFCAttributeDouble::equals(const AFCAttribute& other) const {
-  return sameValue(*this, other);
-}
+bool AFCAttributeDouble::equals(const AFCAttribute& other) const { return sameValue(*this, other); }
 
 double AFCAttributeDouble::getChannelValue(int channel) const {
   return channel == 0 ? value_ : 0.0;

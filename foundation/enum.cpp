@@ -164,7 +164,8 @@ void AFCAttributeEnum::read(AFCPersistentInputStream& in) {
     if (enumClass_ != nullptr && name != enumClass_->getName()) {
       throw AFCPersistentReadException2("Enum class doesn't match");
     }
-    const AFCEnumClass& enumClass = enumClass_ != nullptr ? *enumClass_ : AFCEnumClass::forName(name);
+    const AFCEnumClass& enumClass =
+        enumClass_ != nullptr ? *enumClass_ : AFCEnumClass::forName(name);
     const int32_t id = in.readInt32();
     // An undefined value carries a stale id; only a defined one must be valid.
     if (defined_ && !enumClass.hasId(id)) throw AFCEnumIDNotFoundException(id);

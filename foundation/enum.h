@@ -96,7 +96,6 @@ public:
   explicit AFCAttributeEnum(const AFCEnumClass& enumClass) : enumClass_(&enumClass) {}
   // A defined value; throws AFCEnumIDNotFoundException when the class lacks the id.
   AFCAttributeEnum(const AFCEnumClass& enumClass, int32_t id);
-  AFCAttributeEnum(const AFCAttributeEnum&) = default;
   AFCAttributeEnum* clone() const override { return new AFCAttributeEnum(*this); }
 
   // nullptr for an attribute without a class.
