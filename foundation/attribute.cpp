@@ -19,7 +19,7 @@ AFCClassEx& bareAttributeRecord() {
   return *record;
 }
 
-AFCAttribute& self(AFCObject* object) {
+AFCAttribute& asAttribute(AFCObject* object) {
   auto* attribute = dynamic_cast<AFCAttribute*>(object);
   if (attribute == nullptr) throw AFCNullPointerException("this");
   return *attribute;
@@ -31,16 +31,17 @@ const AFCClass& completeAttributeRecord() {
   record
       .method("toString", {}, &AFCAttributeString::staticClass(),
               [](AFCObject* object, AFCArguments) -> AFCResult {
-                return std::make_unique<AFCAttributeString>(self(object).toString());
+                return std::make_unique<AFCAttributeString>(asAttribute(object).toString());
               })
+      // The text is the argument's text form, so a String, a WString or a number will do.
       .method("fromString", {anyAttribute}, nullptr,
               [](AFCObject* object, AFCArguments args) -> AFCResult {
-                self(object).fromString(args[0]->toString());
+                asAttribute(object).fromString(args[0]->toString());
                 return {};
               })
       .method("fromAttribute", {anyAttribute}, nullptr,
               [](AFCObject* object, AFCArguments args) -> AFCResult {
-                self(object).fromAttribute(*args[0]);
+                asAttribute(object).fromAttribute(*args[0]);
                 return {};
               });
   return record.registerClass();
