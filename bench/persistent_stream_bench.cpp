@@ -113,7 +113,6 @@ std::size_t plainWrite(uint8_t* out, const std::vector<std::string>& texts) {
 struct Fixture {
   Fixture() {
     registerFoundationClasses();
-    registerAttributeClasses();
     for (int i = 0; i < kCount; ++i) texts.push_back(titleText(i));
     AFCPersistentOutputStreamBuffer out;
     for (const auto& value : values) out.writeObject(value.get());

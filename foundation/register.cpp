@@ -1,3 +1,4 @@
+#include "foundation/attribute_registry.h"
 #include "foundation/class.h"
 #include "foundation/persistent_stream.h"
 
@@ -19,4 +20,5 @@ void registerFoundationClasses() {
   AFCObject::staticClass();
   AFCPersistent::staticClass();
   registerReflectionClasses();
+  registerAttributeClasses();
 }
