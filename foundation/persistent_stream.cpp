@@ -305,18 +305,25 @@ void AFCPersistentInputStream::readBuffer(AFCBuffer& into) {
   readBinary(into.data(), static_cast<int32_t>(count));
 }
 
-AFCPersistent* AFCPersistentInputStream::createInstance(std::string_view className) {
-  const AFCClass* record = lastClass_;
-  if (record == nullptr || record->getName() != className) {
-    record = AFCClass::forName(className);
-    if (record == nullptr) readError("Can't find class " + std::string(className));
-    lastClass_ = record;
+const AFCClass* AFCPersistentInputStream::findClass(std::string_view name) {
+  for (const AFCClass* seen : seenClasses_) {
+    if (seen->getName() == name) return seen;
   }
-  std::unique_ptr<AFCObject> object(record->newInstance());
-  auto* persistent = dynamic_cast<AFCPersistent*>(object.get());
-  if (persistent == nullptr) readError("Bad type of created instance");
-  object.release();
-  return persistent;
+  const AFCClass* record = AFCClass::forName(name);
+  if (record != nullptr && seenClasses_.size() < 16) seenClasses_.push_back(record);
+  return record;
+}
+
+AFCPersistent* AFCPersistentInputStream::createInstance(std::string_view className) {
+  const AFCClass* record = findClass(className);
+  if (record == nullptr) readError("Can't find class " + std::string(className));
+  if (!record->isSubclassOf(AFCPersistent::staticClass())) {
+    readError("Bad type of created instance");
+  }
+  AFCObject* object = record->newInstance();
+  if (object == nullptr) readError("Bad type of created instance");
+  // The record made it, so its type is the record's class, a persistent one.
+  return static_cast<AFCPersistent*>(object);
 }
 
 AFCPersistent* AFCPersistentInputStream::readObject() { return readReference(Ownership::Loose); }
@@ -344,10 +351,18 @@ AFCPersistent* AFCPersistentInputStream::readNewObject(Ownership ownership) {
   const std::size_t length = (std::size_t{p[0]} << 8) | p[1];
   if (length == 0) readError("Bad object type name");
   checkAvailable(static_cast<int64_t>(length));
-  std::string name(length, '\0');
-  read(name.data(), static_cast<int32_t>(length));
+  std::string name;
+  std::string_view nameView;
+  if (static_cast<std::size_t>(end_ - pos_) >= length) {
+    nameView = {reinterpret_cast<const char*>(pos_), length};
+    pos_ += length;
+  } else {
+    name.resize(length);
+    read(name.data(), static_cast<int32_t>(length));
+    nameView = name;
+  }
 
-  std::unique_ptr<AFCPersistent> object(createInstance(name));
+  std::unique_ptr<AFCPersistent> object(createInstance(nameView));
   const std::size_t firstEntry = table_.size();
   try {
     object->read(*this);
@@ -358,7 +373,7 @@ AFCPersistent* AFCPersistentInputStream::readNewObject(Ownership ownership) {
   if (ownership == Ownership::Shared) {
     auto* shared = dynamic_cast<AFCShareBase*>(object.get());
     if (shared == nullptr) {
-      readError("Bad type of object (got=" + name + ", exp=a shared object)");
+      readError("Bad type of object (got=" + std::string(nameView) + ", exp=a shared object)");
     }
     sharedHolds_.emplace_back(shared);
   }

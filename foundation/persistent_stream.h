@@ -320,20 +320,22 @@ private:
   AFCPersistent* readReference(Ownership ownership);
   AFCPersistent* readNewObject(Ownership ownership);
   void checkAvailable(int64_t bytes) const;
+  // Objects of this stream were made from their class records, so the record tells the type.
   template <class T>
   T* checkedCast(AFCPersistent* object) {
     if (object == nullptr) return nullptr;
-    T* typed = dynamic_cast<T*>(object);
-    if (typed == nullptr) discardWrongClass(object, T::staticClass());
-    return typed;
+    if (!object->getClass()->isSubclassOf(T::staticClass())) {
+      discardWrongClass(object, T::staticClass());
+    }
+    return static_cast<T*>(object);
   }
-  // Forgets and deletes an object of the wrong class, then throws.
   [[noreturn]] void discardWrongClass(AFCPersistent* object, const AFCClass& expected);
   void forgetFrom(std::size_t firstEntry);
 
   std::vector<Entry> table_;
   std::vector<AFCRef<AFCShareBase>> sharedHolds_;  // keeps shared objects alive for back-references
-  const AFCClass* lastClass_ = nullptr;  // cache of the most recent class lookup
+  const AFCClass* findClass(std::string_view name);
+  std::vector<const AFCClass*> seenClasses_;  // classes met so far, spares registry lookups
 };
 
 // Reads an AFCBuffer from a signed 32-bit position starting at 0.
