@@ -70,7 +70,8 @@ public:
   void setFromSystemTime(std::time_t seconds);
   // "%.2d.%.2d.%d" (day first)
   std::string toString() const;
-  // "%d.%d.%d"; fewer than three numbers: AFCInvalidDateException with the text as message.
+  // "%d.%d.%d" as sscanf reads it (blanks before numbers skipped, text after the third number
+  // ignored); fewer than three numbers: AFCInvalidDateException with the text as message.
   void fromString(std::string_view text);
   bool operator==(const AFCDate&) const = default;
 
