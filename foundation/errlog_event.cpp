@@ -1,6 +1,10 @@
 #include "foundation/errlog_event.h"
 
+#include <functional>
 #include <utility>
+
+#include "foundation/attribute_scalar.h"
+#include "foundation/attribute_string.h"
 
 namespace {
 const std::string& unknown() {
@@ -9,10 +13,33 @@ const std::string& unknown() {
 }
 }  // namespace
 
+namespace {
+// A reflective read operation returning the event's text field as a string attribute.
+template <class Text>
+AFCMethod::Invoker textReader(Text (AFCErrLogEvent::*read)() const) {
+  return [read](AFCObject* self, AFCArguments) -> AFCResult {
+    return std::make_unique<AFCAttributeString>((static_cast<AFCErrLogEvent*>(self)->*read)());
+  };
+}
+}  // namespace
+
 const AFCClass& AFCErrLogEvent::staticClass() {
-  static const AFCClass& record = (new AFCClassEx("AFCErrLogEvent", &AFCPersistent::staticClass()))
-                                      ->defaultConstructor<AFCErrLogEvent>()
-                                      .registerClass();
+  static const AFCClass& record = [] {
+    const AFCClass* text = &AFCAttributeString::staticClass();
+    auto* c = new AFCClassEx("AFCErrLogEvent", &AFCPersistent::staticClass());
+    c->defaultConstructor<AFCErrLogEvent>()
+        .method("getTypeString", {}, text, textReader(&AFCErrLogEvent::getTypeString))
+        .method("getArea", {}, text, textReader(&AFCErrLogEvent::getArea))
+        .method("getTimeString", {}, text, textReader(&AFCErrLogEvent::getTimeString))
+        .method("getSourceFileName", {}, text, textReader(&AFCErrLogEvent::getSourceFileName))
+        .method("getSourceLineNumber", {}, &AFCAttributeInt32::staticClass(),
+                [](AFCObject* self, AFCArguments) -> AFCResult {
+                  return std::make_unique<AFCAttributeInt32>(
+                      static_cast<AFCErrLogEvent*>(self)->getSourceLineNumber());
+                })
+        .method("getMessage", {}, text, textReader(&AFCErrLogEvent::getMessage));
+    return std::cref(c->registerClass());
+  }();
   return record;
 }
 

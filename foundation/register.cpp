@@ -1,5 +1,6 @@
 #include "foundation/attribute_registry.h"
 #include "foundation/class.h"
+#include "foundation/errlog_event.h"
 #include "foundation/persistent_stream.h"
 
 namespace {
@@ -21,4 +22,5 @@ void registerFoundationClasses() {
   AFCPersistent::staticClass();
   registerReflectionClasses();
   registerAttributeClasses();
+  AFCErrLogEvent::staticClass();
 }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "foundation/attribute.h"
+
 #include <vector>
 
 namespace {
@@ -98,4 +100,19 @@ TEST(ErrLogEvent, UnreadableTimeLeavesTheEventUnchanged) {
   AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
   EXPECT_THROW(event.read(in), AFCInvalidTimestampException);
   EXPECT_TRUE(event.isSameReport(sampleEvent()));
+}
+
+TEST(ErrLogEventReflection, AnswersItsReadOperationsByName) {
+  registerFoundationClasses();
+  const AFCClass* record = AFCClass::forName("AFCErrLogEvent");
+  ASSERT_NE(record, nullptr);
+  AFCErrLogEvent event(AFC_ERRLOG_WARNING, "libAFC", AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 1)),
+                       "x.cpp", 12, "disk full");
+  auto call = [&](const char* name) { return record->invoke(&event, name, {})->toString(); };
+  EXPECT_EQ(call("getTypeString"), "WARNING");
+  EXPECT_EQ(call("getArea"), "libAFC");
+  EXPECT_EQ(call("getTimeString"), event.getTimeString());
+  EXPECT_EQ(call("getSourceFileName"), "x.cpp");
+  EXPECT_EQ(call("getSourceLineNumber"), "12");
+  EXPECT_EQ(call("getMessage"), "disk full");
 }
