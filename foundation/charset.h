@@ -1,7 +1,18 @@
 #pragma once
 // Conversion between 8-bit text in a named or numbered character set and UTF-16 code units.
 // Id 0 is the process default (UTF-8 on POSIX; the ANSI code page 1250, 1251 or 1252 on
-// Windows, else 1252). Conversions are thread safe and never throw for bad bytes.
+// Windows, else 1252). Id 1 names no set. Conversions are thread safe and never throw for bad
+// bytes; only an unknown id throws AFCCharsetException ("Unknown character set id 99").
+//
+// What cannot be converted is replaced, never dropped silently:
+// - a byte that its single-byte set does not define becomes U+FFFD;
+// - malformed UTF-8 becomes one U+FFFD per maximal ill-formed subsequence (as Unicode
+//   recommends), and truncated input is never read past its end;
+// - the lone last byte of a UTF-16BE/LE stream with an odd length becomes U+FFFD;
+// - a character that a single-byte set cannot represent becomes '?', one '?' for a whole
+//   surrogate pair;
+// - an unpaired surrogate becomes U+FFFD (EF BF BD) in UTF-8. UTF-16BE/LE bytes carry the units
+//   as they are, unpaired surrogates included, in both directions.
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -42,7 +53,8 @@ AFC_DECLARE_EXCEPTION(AFCCharsetException, AFCException);
 
 class AFCCharset {
 public:
-  // The id a name selects; nullopt for an unknown name.
+  // The id a name selects; nullopt for an unknown name. ASCII letter case is ignored
+  // ("utf-8" and "Windows-1252" work), nothing else is: no trimming, no aliases beyond the table.
   static std::optional<uint32_t> idForName(std::string_view name);
   // What id 0 stands for on this platform.
   static uint32_t defaultId();
@@ -62,4 +74,9 @@ public:
     fromUtf16(id, units, out);
     return out;
   }
+
+private:
+  // The 256-entry byte-to-unit table of a single-byte set (ids 3 to 23), 0xFFFF marking a byte
+  // without a mapping; nullptr for any other id. Generated into charset_tables.cpp.
+  static const char16_t* byteTable(uint32_t id);
 };

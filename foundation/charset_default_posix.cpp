@@ -1,4 +1,4 @@
 #include "foundation/charset.h"
 
-// POSIX text is UTF-8.
+// UTF-8 whatever the locale says, so that every POSIX process reads and writes text alike.
 uint32_t AFCCharset::defaultId() { return AFC_CHARSET_UTF8; }

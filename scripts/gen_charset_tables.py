@@ -1,71 +1,140 @@
 #!/usr/bin/env python3
-"""Writes foundation/charset_tables.cpp: one 256-entry byte-to-UTF-16 table per single-byte
-character set, taken from Python's standard codecs (the published mappings of each set).
-Bytes without a mapping get 0xFFFF. Run from the repository root; the output is committed."""
+"""Writes foundation/charset_tables.cpp: the byte-to-UTF-16 table of every single-byte set.
+
+Each table comes from one of Python's standard codecs, decoded one byte at a time. A byte that
+the codec does not define becomes 0xFFFF, which the converter reads as "no mapping" (U+FFFF is
+a noncharacter that none of these sets maps to).
+
+Usage:
+  scripts/gen_charset_tables.py            rewrite the table source
+  scripts/gen_charset_tables.py --check    exit 1 when the committed source is out of date
+
+The output depends only on the codecs, so two runs give the same bytes.
+"""
+
+import argparse
+import pathlib
 import sys
 
-# (id, C++ name, codec); MACL2 is Mac Latin 2, the same repertoire as Mac Central European.
-SETS = [
-    (3, "UsAscii", "ascii"),
-    (4, "Iso8859_1", "latin_1"),
-    (5, "Iso8859_2", "iso8859_2"),
-    (6, "Iso8859_3", "iso8859_3"),
-    (7, "Iso8859_4", "iso8859_4"),
-    (8, "Iso8859_5", "iso8859_5"),
-    (9, "Iso8859_6", "iso8859_6"),
-    (10, "Iso8859_7", "iso8859_7"),
-    (11, "Iso8859_8", "iso8859_8"),
-    (12, "Iso8859_9", "iso8859_9"),
-    (13, "Iso8859_10", "iso8859_10"),
-    (14, "Iso8859_13", "iso8859_13"),
-    (15, "Iso8859_14", "iso8859_14"),
-    (16, "Iso8859_15", "iso8859_15"),
-    (17, "Cp1250", "cp1250"),
-    (18, "Cp1252", "cp1252"),
-    (19, "Cp850", "cp850"),
-    (20, "Cp852", "cp852"),
-    (21, "MacCe", "mac_latin2"),
-    (22, "MacL2", "mac_latin2"),
-    (23, "Cp1251", "cp1251"),
+NO_MAPPING = 0xFFFF
+OUTPUT = pathlib.Path("foundation") / "charset_tables.cpp"
+
+# (array name, codec or None for US-ASCII, ids served, what the set is)
+TABLES = [
+    ("kUsAscii", None, ["AFC_CHARSET_US_ASCII"], "US-ASCII: bytes 0x80..0xFF have no mapping"),
+    ("kIso8859_1", "latin_1", ["AFC_CHARSET_ISO8859_1"], "ISO 8859-1, Latin-1"),
+    ("kIso8859_2", "iso8859_2", ["AFC_CHARSET_ISO8859_2"], "ISO 8859-2, Latin-2"),
+    ("kIso8859_3", "iso8859_3", ["AFC_CHARSET_ISO8859_3"], "ISO 8859-3, Latin-3"),
+    ("kIso8859_4", "iso8859_4", ["AFC_CHARSET_ISO8859_4"], "ISO 8859-4, Latin-4"),
+    ("kIso8859_5", "iso8859_5", ["AFC_CHARSET_ISO8859_5"], "ISO 8859-5, Cyrillic"),
+    ("kIso8859_6", "iso8859_6", ["AFC_CHARSET_ISO8859_6"], "ISO 8859-6, Arabic"),
+    ("kIso8859_7", "iso8859_7", ["AFC_CHARSET_ISO8859_7"], "ISO 8859-7, Greek"),
+    ("kIso8859_8", "iso8859_8", ["AFC_CHARSET_ISO8859_8"], "ISO 8859-8, Hebrew"),
+    ("kIso8859_9", "iso8859_9", ["AFC_CHARSET_ISO8859_9"], "ISO 8859-9, Latin-5"),
+    ("kIso8859_10", "iso8859_10", ["AFC_CHARSET_ISO8859_10"], "ISO 8859-10, Latin-6"),
+    ("kIso8859_13", "iso8859_13", ["AFC_CHARSET_ISO8859_13"], "ISO 8859-13, Latin-7"),
+    ("kIso8859_14", "iso8859_14", ["AFC_CHARSET_ISO8859_14"], "ISO 8859-14, Latin-8"),
+    ("kIso8859_15", "iso8859_15", ["AFC_CHARSET_ISO8859_15"], "ISO 8859-15, Latin-9"),
+    ("kCp1250", "cp1250", ["AFC_CHARSET_CP1250"], "Windows code page 1250, Central European"),
+    ("kCp1251", "cp1251", ["AFC_CHARSET_CP1251"], "Windows code page 1251, Cyrillic"),
+    ("kCp1252", "cp1252", ["AFC_CHARSET_CP1252"], "Windows code page 1252, Western"),
+    ("kCp850", "cp850", ["AFC_CHARSET_CP850"], "DOS code page 850, Western"),
+    ("kCp852", "cp852", ["AFC_CHARSET_CP852"], "DOS code page 852, Central European"),
+    # Mac Latin 2 is the same repertoire as Mac Central European, so MACL2 shares the table.
+    ("kMacCentralEurope", "mac_latin2", ["AFC_CHARSET_MACCE", "AFC_CHARSET_MACL2"],
+     "Macintosh Central European (also Mac Latin 2)"),
 ]
 
+PER_LINE = 8
 
-def table(codec):
-    units = []
-    for byte in range(256):
-        try:
-            text = bytes([byte]).decode(codec)
-        except UnicodeDecodeError:
-            units.append(0xFFFF)
-            continue
-        assert len(text) == 1 and ord(text) < 0x10000, (codec, byte)
-        units.append(ord(text))
-    assert units[:128] == list(range(128)), codec + " is not ASCII-compatible"
-    return units
+
+def decode_byte(codec, byte):
+    """The UTF-16 unit of one byte, or NO_MAPPING."""
+    if codec is None:
+        return byte if byte < 0x80 else NO_MAPPING
+    try:
+        text = bytes([byte]).decode(codec)
+    except UnicodeDecodeError:
+        return NO_MAPPING
+    if len(text) != 1 or ord(text) >= NO_MAPPING:
+        sys.exit(f"{codec}: byte 0x{byte:02X} does not decode to one BMP character")
+    return ord(text)
+
+
+def build_table(name, codec):
+    table = [decode_byte(codec, byte) for byte in range(256)]
+    # The converter copies 0x00..0x7F straight through, so every set must agree with ASCII there.
+    if table[:0x80] != list(range(0x80)):
+        sys.exit(f"{name}: bytes 0x00..0x7F are not ASCII")
+    mapped = [unit for unit in table if unit != NO_MAPPING]
+    if len(mapped) != len(set(mapped)):
+        sys.exit(f"{name}: two bytes map to one character, the inverse is ambiguous")
+    return table
+
+
+def render_table(name, comment, table):
+    lines = [f"// {comment}.", f"const char16_t {name}[256] = {{"]
+    for start in range(0, 256, PER_LINE):
+        row = ", ".join(f"0x{unit:04X}" for unit in table[start:start + PER_LINE])
+        lines.append(f"    /* 0x{start:02X} */ {row},")
+    lines.append("};")
+    return "\n".join(lines)
+
+
+def render():
+    parts = [
+        "// Generated by scripts/gen_charset_tables.py from Python's standard codecs. Do not edit;",
+        "// change the script and run it again.",
+        "//",
+        "// One 256-entry table per single-byte set: the UTF-16 unit of each byte, 0xFFFF where the",
+        "// set defines no character.",
+        "// clang-format off",
+        '#include "foundation/charset.h"',
+        "",
+        "namespace {",
+        "",
+    ]
+    for name, codec, _, comment in TABLES:
+        parts.append(render_table(name, comment, build_table(name, codec)))
+        parts.append("")
+    parts += [
+        "}  // namespace",
+        "",
+        "const char16_t* AFCCharset::byteTable(uint32_t id) {",
+        "  switch (id) {",
+    ]
+    for name, _, ids, _ in TABLES:
+        for charset_id in ids:
+            parts.append(f"    case {charset_id}:")
+        parts.append(f"      return {name};")
+    parts += [
+        "    default:",
+        "      return nullptr;",
+        "  }",
+        "}",
+        "// clang-format on",
+        "",
+    ]
+    return "\n".join(parts)
 
 
 def main():
-    out = [
-        "// Generated by scripts/gen_charset_tables.py from the standard mappings; do not edit.",
-        "// Each table gives the UTF-16 unit of every byte; 0xFFFF marks a byte without one.",
-        '#include "foundation/charset_tables.h"',
-        "",
-        "namespace {",
-    ]
-    for _, name, codec in SETS:
-        units = table(codec)
-        out.append(f"constexpr char16_t k{name}[256] = {{  // {codec}")
-        for row in range(0, 256, 8):
-            out.append("    " + " ".join(f"0x{u:04X}," for u in units[row:row + 8]))
-        out.append("};")
-    out += ["}  // namespace", "",
-            "const char16_t* afcSingleByteTable(uint32_t id) {",
-            "  switch (id) {"]
-    for ident, name, _ in SETS:
-        out.append(f"    case {ident}: return k{name};")
-    out += ["    default: return nullptr;", "  }", "}", ""]
-    sys.stdout.write("\n".join(out))
+    parser = argparse.ArgumentParser(description=__doc__.splitlines()[0])
+    parser.add_argument("--check", action="store_true",
+                        help="compare with the committed source instead of writing it")
+    args = parser.parse_args()
+    root = pathlib.Path(__file__).resolve().parent.parent
+    target = root / OUTPUT
+    text = render()
+    if args.check:
+        current = target.read_text(encoding="utf-8") if target.exists() else ""
+        if current != text:
+            print(f"{OUTPUT} is out of date: run scripts/gen_charset_tables.py", file=sys.stderr)
+            return 1
+        return 0
+    target.write_text(text, encoding="utf-8", newline="\n")
+    return 0
 
 
 if __name__ == "__main__":
-    main()
+    sys.exit(main())
