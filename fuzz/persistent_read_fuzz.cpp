@@ -1,9 +1,11 @@
-// Feeds arbitrary bytes to the persistent reader: every value is read by the kind its header
-// names, objects through the class registry. Any failure must be an AFCException.
+// Feeds arbitrary bytes to the persistent reader, every value read by the kind its header names
+// and objects through the class registry, and to the dumper. Any failure must be an
+// AFCException.
 #include <cstddef>
 #include <cstdint>
 #include <memory>
 
+#include "foundation/persistent_dump.h"
 #include "foundation/persistent_stream.h"
 
 namespace {
@@ -36,6 +38,7 @@ void readValue(AFCPersistentInputStream& in) {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   static const bool registered = (registerFoundationClasses(), true);
   (void)registered;
+  (void)afcDumpPersistent(data, size);
   AFCPersistentInputStreamBuffer in(data, size);
   try {
     while (!in.atEnd()) readValue(in);
