@@ -11,9 +11,10 @@ struct Registry {
   std::mutex lock;
   std::map<std::string, const AFCClass*, std::less<>> classes;
 };
+// Never destroyed: records stay reachable (and valid) until the process ends.
 Registry& registry() {
-  static Registry instance;
-  return instance;
+  static Registry* instance = new Registry();
+  return *instance;
 }
 }  // namespace
 

@@ -8,6 +8,9 @@
 
 #include "foundation/exception.h"
 
+// Local time of a calendar time in seconds; false when the platform cannot convert it.
+bool afcLocalTime(std::time_t seconds, std::tm& out);
+
 class AFCDateTimeException : public AFCException {
 public:
   using AFCException::AFCException;
@@ -45,7 +48,8 @@ public:
   void setFromSystemTime(std::time_t seconds);
   // "%.2d:%.2d:%.2d"
   std::string toString() const;
-  // "H:M:S"; throws AFCInvalidTimeException with the text as message when unreadable.
+  // "%d:%d:%d" read like the date text; fewer than three numbers: AFCInvalidTimeException with
+  // the text as message; otherwise each field through its range check.
   void fromString(std::string_view text);
   bool operator==(const AFCTime&) const = default;
 
@@ -66,7 +70,8 @@ public:
   void setFromSystemTime(std::time_t seconds);
   // "%.2d.%.2d.%d" (day first)
   std::string toString() const;
-  // "%d.%d.%d"; fewer than three numbers: AFCInvalidDateException with the text as message.
+  // "%d.%d.%d" as sscanf reads it (blanks before numbers skipped, text after the third number
+  // ignored); fewer than three numbers: AFCInvalidDateException with the text as message.
   void fromString(std::string_view text);
   bool operator==(const AFCDate&) const = default;
 
@@ -78,7 +83,8 @@ class AFCTimestamp {
 public:
   AFCTimestamp() = default;  // every field 0
   AFCTimestamp(const AFCDate& date, const AFCTime& time, int32_t nanos = 0);
-  // Now, in local time, with nanoseconds.
+  // Now, in local time, with nanoseconds; AFCInvalidTimestampException "error get localtime"
+  // when the local-time conversion fails.
   static AFCTimestamp now();
   int32_t getDay() const { return day_; }
   int32_t getMonth() const { return month_; }
@@ -90,12 +96,15 @@ public:
   void setNanos(int32_t nanos);  // >= 0, "nanos out of range"
   AFCDate getDate() const;
   AFCTime getTime() const;
-  // strftime-style formatting of the fields ("%d.%m.%Y %H:%M:%S", "%H:%M:%S").
+  // strftime-style formatting of the fields ("%d.%m.%Y %H:%M:%S", "%H:%M:%S"): %d %m %H %M %S
+  // as two digits, %Y as the plain year, %% as a percent sign; anything else is copied as is.
   std::string format(const char* pattern) const;
   // "%d.%m.%Y %H:%M:%S" (the text form carried by attributes and log entries).
   std::string toString() const;
-  // Reads the text form back (nanoseconds as an optional ".nnnnnnnnn" suffix);
-  // AFCInvalidTimestampException with the text as message when unreadable.
+  // Reads the text form back, "%d.%d.%d %d:%d:%d" with an optional fraction of a second
+  // (".5", ".000000123"; at most nine digits) right after the seconds. Unreadable text:
+  // AFCInvalidTimestampException with the text as message; a field out of range: the exception
+  // of its date or time check. Nothing changes when it throws.
   void fromString(std::string_view text);
   bool operator==(const AFCTimestamp&) const = default;
 

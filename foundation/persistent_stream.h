@@ -11,12 +11,12 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
-#include <unordered_map>
 #include <vector>
 
 #include "foundation/buffer.h"
 #include "foundation/class.h"
 #include "foundation/exception.h"
+#include "foundation/pointer_map.h"
 
 class AFCPersistentOutputStream;
 class AFCPersistentInputStream;
@@ -165,8 +165,9 @@ private:
   void writeText(uint8_t code, std::string_view text);
   void writeUnits(uint8_t code, std::u16string_view units);
 
-  // Numbers given to the objects (and the first null) written so far.
-  std::unordered_map<const AFCPersistent*, uint32_t> numbers_;
+  // Numbers given to the objects written so far; the first null takes a number too.
+  AFCPointerNumberMap numbers_;
+  uint32_t nullNumber_ = 0;
   uint32_t nextNumber_ = 1;
 };
 
@@ -287,12 +288,18 @@ private:
 
   template <class U>
   U getScalar(uint8_t code) {
-    uint8_t bytes[2 + sizeof(U)];
-    const uint8_t* p = take(bytes, sizeof bytes);
-    if (p[0] != AFC_PERSISTENT_MARKER) throwHeaderExpected();
-    if (p[1] != code) throwBadHeader(p[1], code);
+    const uint8_t* p;
+    uint8_t scratch[sizeof(U)];
+    if (static_cast<std::size_t>(end_ - pos_) >= 2 + sizeof(U) &&
+        pos_[0] == AFC_PERSISTENT_MARKER && pos_[1] == code) {
+      p = pos_ + 2;
+      pos_ += 2 + sizeof(U);
+    } else {
+      readHeader(code);
+      p = take(scratch, sizeof(U));
+    }
     U value = 0;
-    for (std::size_t i = 0; i < sizeof(U); ++i) value = static_cast<U>((value << 8) | p[2 + i]);
+    for (std::size_t i = 0; i < sizeof(U); ++i) value = static_cast<U>((value << 8) | p[i]);
     return value;
   }
   // n bytes from the window, or read into scratch through the raw read.
@@ -313,20 +320,22 @@ private:
   AFCPersistent* readReference(Ownership ownership);
   AFCPersistent* readNewObject(Ownership ownership);
   void checkAvailable(int64_t bytes) const;
+  // Objects of this stream were made from their class records, so the record tells the type.
   template <class T>
   T* checkedCast(AFCPersistent* object) {
     if (object == nullptr) return nullptr;
-    T* typed = dynamic_cast<T*>(object);
-    if (typed == nullptr) {
-      std::unique_ptr<AFCPersistent> discard(object);
-      throwWrongClass(*object, T::staticClass());
+    if (!object->getClass()->isSubclassOf(T::staticClass())) {
+      discardWrongClass(object, T::staticClass());
     }
-    return typed;
+    return static_cast<T*>(object);
   }
+  [[noreturn]] void discardWrongClass(AFCPersistent* object, const AFCClass& expected);
+  void forgetFrom(std::size_t firstEntry);
 
   std::vector<Entry> table_;
-  std::vector<AFCRef<AFCShareBase>> sharedHolds_;
-  const AFCClass* lastClass_ = nullptr;  // cache of the most recent class lookup
+  std::vector<AFCRef<AFCShareBase>> sharedHolds_;  // keeps shared objects alive for back-references
+  const AFCClass* findClass(std::string_view name);
+  std::vector<const AFCClass*> seenClasses_;  // classes met so far, spares registry lookups
 };
 
 // Reads an AFCBuffer from a signed 32-bit position starting at 0.
@@ -340,12 +349,13 @@ public:
 
   // n > 0: n bytes or "Incorrect data length" (position kept); n < 0: moves back by -n.
   void read(void* dest, int32_t length) override;
-  int32_t getPosition() const { return static_cast<int32_t>(pos_ - buffer_->data()); }
-  bool atEnd() const { return pos_ == end_; }
+  int32_t getPosition() const;
+  bool atEnd() const { return underflow_ == 0 && pos_ == end_; }
 
 protected:
-  int64_t remaining() const override { return end_ - pos_; }
+  int64_t remaining() const override { return underflow_ < 0 ? 0 : end_ - pos_; }
 
 private:
   AFCRef<AFCBuffer> buffer_;
+  int64_t underflow_ = 0;  // a position moved back below 0 (then the window is empty)
 };

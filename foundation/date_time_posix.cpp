@@ -1,0 +1,7 @@
+#include <time.h>
+
+#include "foundation/date_time.h"
+
+bool afcLocalTime(std::time_t seconds, std::tm& out) {
+  return localtime_r(&seconds, &out) != nullptr;
+}
