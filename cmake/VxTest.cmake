@@ -1,7 +1,9 @@
 # One test executable per layer: every *_test.cpp of the folder, linked with GoogleTest/GoogleMock.
-# Each executable is one CTest entry; under a cross build CTest runs it through the emulator (Wine).
+# Platform twins follow the sources: *_posix_test.cpp only on POSIX, *_win32_test.cpp only on
+# Windows. Each executable is one CTest entry; under a cross build CTest runs it through the
+# emulator (Wine).
 function(vx_test_executable name dir)
-  file(GLOB sources CONFIGURE_DEPENDS ${dir}/*_test.cpp ${dir}/*_posix_test.cpp)
+  file(GLOB sources CONFIGURE_DEPENDS ${dir}/*_test.cpp)
   if(WIN32)
     list(FILTER sources EXCLUDE REGEX "_posix_test\\.cpp$")
   else()
