@@ -11,7 +11,8 @@ struct AFCMutex::Impl {
   // True when the lock is taken; throws for every result that does not give it.
   bool acquired(DWORD result, const AFCMutex& owner);
   // Throws AFCMutexDeadLockException when the calling thread owns the mutex; true when it took
-  // over a mutex abandoned by an ended thread that had the caller's (reused) thread id.
+  // over a mutex abandoned by an ended thread that had the caller's (reused) thread id; false
+  // when the caller must wait as usual.
   bool tookOverFromSameId(const AFCMutex& owner);
 
   HANDLE handle = nullptr;
@@ -38,13 +39,16 @@ DWORD waitLimit(int64_t timeoutMs) {
 
 bool AFCMutex::Impl::tookOverFromSameId(const AFCMutex& owner) {
   if (ownerThread.load() != GetCurrentThreadId()) return false;
-  // The kernel mutex is recursive: a wait succeeds at once for the true owner, which must then
-  // give the extra count back.
+  // The kernel mutex is recursive, so a zero wait succeeds at once for the true owner, which
+  // gives the extra count back. The stored id may instead be that of an ended thread whose id
+  // the caller now has: then the wait takes the abandoned mutex over, or finds that another
+  // waiter already did.
   const DWORD result = WaitForSingleObject(handle, 0);
   if (result == WAIT_OBJECT_0) {
     ReleaseMutex(handle);
     throw AFCMutexDeadLockException();
   }
+  if (result == WAIT_TIMEOUT) return false;
   return acquired(result, owner);
 }
 
