@@ -1,11 +1,14 @@
 // A robust, error-checking pthread mutex: the system tells the next locker when the owner thread
 // ended while holding it (EOWNERDEAD) and refuses a relock by the owner (EDEADLK), which is the
-// behaviour of the Windows kernel mutex of the other build.
+// behaviour of the Windows kernel mutex of the other build. The owner is also kept here, so that
+// a thread that does not own the mutex is refused before it reaches the system's unlock.
 #include <pthread.h>
 #include <time.h>
 
+#include <atomic>
 #include <cerrno>
 #include <system_error>
+#include <thread>
 
 #include "foundation/mutex.h"
 #include "foundation/thread.h"
@@ -15,6 +18,7 @@ struct AFCMutex::Impl {
   bool acquired(int result, const AFCMutex& owner);
 
   pthread_mutex_t mutex;
+  std::atomic<std::thread::id> ownerThread;  // empty while free; only the owner stores its id
 };
 
 namespace {
@@ -65,11 +69,11 @@ bool AFCMutex::tryLock(int64_t timeoutMs) {
 bool AFCMutex::Impl::acquired(int result, const AFCMutex& owner) {
   switch (result) {
     case 0:
-      return true;
+      break;
     case EOWNERDEAD:
       pthread_mutex_consistent(&mutex);
       owner.reportAbandoned();
-      return true;
+      break;
     case EDEADLK:
       throw AFCMutexDeadLockException();
     case ETIMEDOUT:
@@ -77,9 +81,15 @@ bool AFCMutex::Impl::acquired(int result, const AFCMutex& owner) {
     default:
       throw AFCMutexException("WaitForSingleObject failed, " + errorText(result));
   }
+  ownerThread.store(std::this_thread::get_id());
+  return true;
 }
 
 void AFCMutex::unlock() {
+  if (impl_->ownerThread.load() != std::this_thread::get_id()) {
+    throw AFCMutexException("ReleaseMutex failed, " + errorText(EPERM));
+  }
+  impl_->ownerThread.store(std::thread::id());
   const int result = pthread_mutex_unlock(&impl_->mutex);
   if (result != 0) throw AFCMutexException("ReleaseMutex failed, " + errorText(result));
 }

@@ -14,6 +14,7 @@ namespace {
 using namespace std::chrono_literals;
 
 // A thread whose init and run steps are given by the test. The default body waits for a stop.
+// Its destructor ends the body, which is only safe when no subclass part has gone before.
 class TestThread : public AFCThread {
  public:
   using Step = std::function<void(TestThread&)>;
@@ -125,6 +126,8 @@ TEST(Thread, StartingTwiceThrowsAndLeavesTheFirstThreadRunning) {
   WatchThread watch;
   watch.start();
   EXPECT_EQ(startFailure(watch), "Can't start thread WatchThread twice!");
+  watch.requestStop();
+  watch.waitForExit();
 }
 
 TEST(Thread, ThreadThatEndsDuringInitialisationFailsTheStart) {
