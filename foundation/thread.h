@@ -47,8 +47,9 @@ class AFCThreadData {
 // init(), so whatever init() sets up is ready for the caller; run() follows on the new thread.
 // The body may wait on the stop event, which requestStop() signals (auto-reset).
 //
-// The owner must end the body and call waitForExit() before the subclass part is destroyed; the
-// destructor only asks for a stop and waits, as a last resort. start(), requestStop() and
+// The owner must end the body and call waitForExit() before the subclass part is destroyed (the
+// most derived destructor is the place); this destructor only asks for a stop and waits, as a
+// last resort. start(), requestStop() and
 // waitForExit() may be called from any thread. An AFCEndThreadException from the body ends the
 // thread quietly; any other exception ends it with one line in the error log.
 // start() throws AFCThreadException: "Can't start thread <class> twice!", "_beginthreadex failed",

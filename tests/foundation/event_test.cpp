@@ -24,12 +24,6 @@ TEST(Event, ManualResetEventStaysSignalledUntilReset) {
   EXPECT_FALSE(event.wait(0));
 }
 
-TEST(Event, StartsSignalledWhenAsked) {
-  AFCEvent event(false, true);
-  EXPECT_TRUE(event.wait(0));
-  EXPECT_FALSE(event.wait(0));
-}
-
 TEST(Event, LimitedWaitTimesOutWithoutSignal) { EXPECT_FALSE(AFCEvent().wait(20)); }
 
 TEST(Event, SignalFromAnotherThreadEndsAWaitWithoutLimit) {

@@ -2,13 +2,11 @@
 
 #include <gtest/gtest.h>
 
-#include <memory>
 #include <thread>
 
-#include "foundation/errlog.h"
-#include "foundation/errlog_backend.h"
 #include "foundation/event.h"
 #include "foundation/thread.h"
+#include "tests/foundation/errlog_capture.h"
 
 namespace {
 // Holds a mutex on another thread until released.
@@ -32,23 +30,6 @@ class Holder {
   std::thread thread_;
 };
 
-// Captures the process-wide error log while it lives.
-class CapturedLog {
- public:
-  CapturedLog() : saved_(AFCErrLog::instance().getBackends()) {
-    AFCErrLog::instance().removeAllBackends();
-    AFCErrLog::instance().addBackend(memory_);
-  }
-  ~CapturedLog() {
-    AFCErrLog::instance().removeAllBackends();
-    for (const auto& backend : saved_) AFCErrLog::instance().addBackend(backend);
-  }
-  std::vector<std::string> messages() const { return memory_->messages(); }
-
- private:
-  std::vector<std::shared_ptr<AFCErrLogBackend>> saved_;
-  std::shared_ptr<AFCErrLogBackendMemory> memory_ = std::make_shared<AFCErrLogBackendMemory>();
-};
 }  // namespace
 
 TEST(Mutex, ExceptionsCarryTheirFixedTexts) {
@@ -114,7 +95,7 @@ TEST(Mutex, LockAfterTheOwnerEndedReportsTheAbandonedMutexOnce) {
   std::thread([&] { mutex.lock(); }).join();
   std::vector<std::string> messages;
   {
-    CapturedLog log;
+    CapturedErrLog log;
     {
       AFCMutexLock lock(mutex);
       EXPECT_THROW(mutex.tryLock(0), AFCMutexDeadLockException) << "the locker is the owner now";

@@ -4,11 +4,9 @@
 
 #include <chrono>
 #include <functional>
-#include <memory>
 #include <thread>
 
-#include "foundation/errlog.h"
-#include "foundation/errlog_backend.h"
+#include "tests/foundation/errlog_capture.h"
 
 namespace {
 using namespace std::chrono_literals;
@@ -52,24 +50,6 @@ class WatchThread : public TestThread {
     static const AFCClass record("WatchThread", &AFCThread::staticClass());
     return &record;
   }
-};
-
-// Captures the process-wide error log while it lives.
-class CapturedLog {
- public:
-  CapturedLog() : saved_(AFCErrLog::instance().getBackends()) {
-    AFCErrLog::instance().removeAllBackends();
-    AFCErrLog::instance().addBackend(memory_);
-  }
-  ~CapturedLog() {
-    AFCErrLog::instance().removeAllBackends();
-    for (const auto& backend : saved_) AFCErrLog::instance().addBackend(backend);
-  }
-  std::vector<std::string> messages() const { return memory_->messages(); }
-
- private:
-  std::vector<std::shared_ptr<AFCErrLogBackend>> saved_;
-  std::shared_ptr<AFCErrLogBackendMemory> memory_ = std::make_shared<AFCErrLogBackendMemory>();
 };
 
 // A fresh thread name on every run keeps the log's repeat filter out of repeated test runs.
@@ -135,7 +115,7 @@ TEST(Thread, ThreadThatEndsDuringInitialisationFailsTheStart) {
   const std::string name = uniqueName();
   TestThread failing(
       TestThread::waitForStop, [](TestThread&) { throw AFCException("no socket"); }, name);
-  CapturedLog log;
+  CapturedErrLog log;
   EXPECT_EQ(startFailure(quiet), "Thread ended prematurely before initialization done");
   EXPECT_EQ(quiet.getState(), AFCThread::ENDED);
   EXPECT_TRUE(log.messages().empty());
@@ -148,7 +128,7 @@ TEST(Thread, EndThreadExceptionEndsTheBodyQuietlyAndOthersAreLogged) {
   TestThread quiet([](TestThread&) { throw AFCEndThreadException(); });
   const std::string name = uniqueName();
   TestThread failing([](TestThread&) { throw AFCException("lost"); }, {}, name);
-  CapturedLog log;
+  CapturedErrLog log;
   quiet.start();
   quiet.waitForExit();
   EXPECT_TRUE(log.messages().empty());
