@@ -2,10 +2,10 @@
 
 #include <utility>
 
-VX_IMPLEMENT_COMMAND(VXStopAnimationCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXAccelerateAnimationCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXRemoveLocalAnimationCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXActivateActionCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXStopAnimationCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXAccelerateAnimationCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXRemoveLocalAnimationCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXActivateActionCommand, VXCommandWithTarget)
 
 // --- VXStopAnimationCommand
 

@@ -2,7 +2,7 @@
 
 #include "foundation/target_address.h"
 
-VX_IMPLEMENT_COMMAND(VXCommand, AFCPersistent)
+AFC_IMPLEMENT_CLASS(VXCommand, AFCPersistent)
 VX_IMPLEMENT_UNLISTED_COMMAND(VXCommandWithTarget, VXCommand)
 
 std::string VXCommand::toString() const { return "class " + getClass()->getName(); }

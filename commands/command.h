@@ -16,9 +16,6 @@
  public:                         \
   Name* clone() const override { return new Name(*this); }
 
-// Defines staticClass() for a command class that the reader may create by name.
-#define VX_IMPLEMENT_COMMAND(Name, Parent) AFC_IMPLEMENT_CLASS(Name, Parent)
-
 // Defines staticClass() for an intermediate class that is never sent by itself: its record
 // knows its place in the tree, but the registry does not hand it out, so a reader refuses it
 // with "Can't find class".

@@ -2,11 +2,11 @@
 
 #include "foundation/charset.h"
 
-VX_IMPLEMENT_COMMAND(VXSetProjectCommand, VXCommand)
-VX_IMPLEMENT_COMMAND(VXCallbackCommand, VXCommand)
-VX_IMPLEMENT_COMMAND(VXMessageCommand, VXCommand)
-VX_IMPLEMENT_COMMAND(VXWaitCommand, VXCommand)
-VX_IMPLEMENT_COMMAND(VXPreviewCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXSetProjectCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXCallbackCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXMessageCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXWaitCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXPreviewCommand, VXCommand)
 
 void VXSetProjectCommand::write(AFCPersistentOutputStream& out) const {
   VXCommand::write(out);

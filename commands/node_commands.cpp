@@ -4,16 +4,16 @@
 
 #include "foundation/exception.h"
 
-VX_IMPLEMENT_COMMAND(VXSetAttributeCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXCreateNodeCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXCopyNodeCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXCreateEffectCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXRenameTargetCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXDeleteNodeCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXActivateEffectCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXDeleteEffectCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXPreloadCommand, VXCommandWithTarget)
-VX_IMPLEMENT_COMMAND(VXLoadSceneCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXSetAttributeCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXCreateNodeCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXCopyNodeCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXCreateEffectCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXRenameTargetCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXDeleteNodeCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXActivateEffectCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXDeleteEffectCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXPreloadCommand, VXCommandWithTarget)
+AFC_IMPLEMENT_CLASS(VXLoadSceneCommand, VXCommandWithTarget)
 
 // --- VXSetAttributeCommand
 
@@ -164,6 +164,7 @@ VX_IMPLEMENT_TARGET_ONLY_COMMAND(VXDeleteNodeCommand, "DeleteNode")
 VX_IMPLEMENT_TARGET_ONLY_COMMAND(VXActivateEffectCommand, "ActivateEffect")
 VX_IMPLEMENT_TARGET_ONLY_COMMAND(VXDeleteEffectCommand, "DeleteEffect")
 VX_IMPLEMENT_TARGET_ONLY_COMMAND(VXPreloadCommand, "PreloadCommand")
+#undef VX_IMPLEMENT_TARGET_ONLY_COMMAND
 
 // --- VXLoadSceneCommand
 

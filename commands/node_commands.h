@@ -132,6 +132,7 @@ VX_DECLARE_TARGET_ONLY_COMMAND(VXDeleteNodeCommand);
 VX_DECLARE_TARGET_ONLY_COMMAND(VXActivateEffectCommand);
 VX_DECLARE_TARGET_ONLY_COMMAND(VXDeleteEffectCommand);
 VX_DECLARE_TARGET_ONLY_COMMAND(VXPreloadCommand);
+#undef VX_DECLARE_TARGET_ONLY_COMMAND
 
 // Loads a scene as nodeName under the parent address in target. The extra address is optional
 // (empty means absent) and is written only when present, behind a byte 2 that tells the reader

@@ -3,10 +3,10 @@
 #include <utility>
 
 VX_IMPLEMENT_UNLISTED_COMMAND(VXTransactionBaseCommand, VXCommand)
-VX_IMPLEMENT_COMMAND(VXTransactionBeginCommand, VXTransactionBaseCommand)
-VX_IMPLEMENT_COMMAND(VXTransactionStopCommand, VXTransactionBaseCommand)
-VX_IMPLEMENT_COMMAND(VXTransactionRollCommand, VXTransactionBaseCommand)
-VX_IMPLEMENT_COMMAND(VXTransactionEndCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXTransactionBeginCommand, VXTransactionBaseCommand)
+AFC_IMPLEMENT_CLASS(VXTransactionStopCommand, VXTransactionBaseCommand)
+AFC_IMPLEMENT_CLASS(VXTransactionRollCommand, VXTransactionBaseCommand)
+AFC_IMPLEMENT_CLASS(VXTransactionEndCommand, VXCommand)
 
 void VXTransactionBaseCommand::bindDefaultName(std::string_view name) {
   if (transactionName_.empty()) transactionName_ = name;

@@ -4,7 +4,7 @@
 
 #include "foundation/errlog.h"
 
-VX_IMPLEMENT_COMMAND(VXSetZoneStateCommand, VXCommand)
+AFC_IMPLEMENT_CLASS(VXSetZoneStateCommand, VXCommand)
 
 bool VXZonesState::get(std::string_view zone) const {
   const auto found = zones_.find(std::string(zone));

@@ -160,14 +160,4 @@ TEST(MergedAction, FoldingAppendsAfterTheParentsRecordsInOrder) {
   EXPECT_EQ(texts(parent), (std::vector<std::string>{"Wait 1", "Wait 2", "Wait 3"}));
 }
 
-TEST(MergedAction, NestedFoldsReachTheOutermostAction) {
-  VXImmediateAction outer;
-  VXMergedAction middle;
-  VXMergedAction inner;
-  inner.addCommand(std::make_unique<VXTransactionBeginCommand>("T", false));
-  inner.foldInto(middle);
-  middle.foldInto(outer);
-  EXPECT_EQ(texts(outer), (std::vector<std::string>{"TransactionBegin T", "TransactionEnd"}));
-}
-
 }  // namespace

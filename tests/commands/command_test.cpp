@@ -18,13 +18,6 @@ TEST(Command, RecordsWithoutTextOfTheirOwnShowTheirClassName) {
   EXPECT_EQ(VXCommandWithTarget("a").toString(), "class VXCommandWithTarget");
 }
 
-TEST(Command, RootIgnoresPrefixAndDefaultName) {
-  VXCommand command;
-  command.applyNodePrefix("Root");
-  command.bindDefaultName("T");
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXCommand") + kBasePart);
-}
-
 TEST(CommandWithTarget, NonEmptyPrefixGoesInFrontOfTheComponents) {
   VXCommandWithTarget command("/txt//a/");
   command.applyNodePrefix("Root/_Br5_Title_1/");

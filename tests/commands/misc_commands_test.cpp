@@ -34,7 +34,8 @@ TEST(MessageCommand, ReadsEitherStringKind) {
 }
 
 TEST(MessageCommand, NonAsciiTextSurvivesTheRoundTrip) {
-  const std::string text = "Gr\xC3\xBC\xC3\x9F\x65";  // UTF-8, the default character set here
+  // UTF-8 on POSIX; on Windows the same bytes are valid code-page 1252 text.
+  const std::string text = "Gr\xC3\xBC\xC3\x9F\x65";
   const Bytes bytes = objectBytes(VXMessageCommand(text));
   AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
   auto command = in.readOwnedObject<VXMessageCommand>();

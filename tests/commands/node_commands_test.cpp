@@ -59,11 +59,6 @@ TEST(SetAttributeCommand, CloneOwnsACopyOfTheValue) {
   EXPECT_EQ(objectBytes(*copy), objectBytes(command));
 }
 
-TEST(SetAttributeCommand, UndefinedValueShowsAsUndefined) {
-  const VXSetAttributeCommand command("n", "Pos", std::make_unique<AFCAttributeInt32>());
-  EXPECT_EQ(command.toString(), "Set n:Pos=<undefined>");
-}
-
 TEST(CreateNodeCommand, WritesTypeNameThenParent) {
   const VXCreateNodeCommand command("Group", "n1", "Root/t");
   EXPECT_EQ(objectBytes(command), newObjectHeader("VXCreateNodeCommand") + kBasePart +
