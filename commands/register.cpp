@@ -1,6 +1,8 @@
 #include "commands/register.h"
 
+#include "animation/register.h"
 #include "commands/action.h"
+#include "commands/animation_commands.h"
 #include "commands/animation_control_commands.h"
 #include "commands/misc_commands.h"
 #include "commands/node_commands.h"
@@ -8,7 +10,7 @@
 #include "commands/zone_state.h"
 
 void registerCommandClasses() {
-  registerFoundationClasses();
+  registerAnimationClasses();
 
   VXCommand::staticClass();
   VXCommandWithTarget::staticClass();  // known to its subclasses, not to readers
@@ -24,6 +26,10 @@ void registerCommandClasses() {
   VXLoadSceneCommand::staticClass();
   VXPreloadCommand::staticClass();
 
+  VXActivateAnimationCommandBase::staticClass();  // known to its subclasses, not to readers
+  VXActivateAnimationCommand::staticClass();
+  VXActivateClientAnimationCommand::staticClass();
+  VXStoreLocalAnimationCommand::staticClass();
   VXStopAnimationCommand::staticClass();
   VXAccelerateAnimationCommand::staticClass();
   VXRemoveLocalAnimationCommand::staticClass();
