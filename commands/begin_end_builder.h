@@ -1,0 +1,67 @@
+#pragma once
+// Groups records into actions with begin/end brackets. Each channel has a stack of open
+// actions: outside any bracket a record is sent at once in an action of its own; inside, it
+// joins the innermost open action, and the outermost one is sent when it is ended. A nested
+// begin opens a merged action that is folded into its parent at its end, closing a transaction
+// it left open.
+//
+// The channel is per calling thread (set with setChannel, else the default channel); a channel's
+// stack is used by one thread at a time and is not locked. The builder owns the open actions;
+// whatever sendAction throws passes to the caller, and the action being sent is destroyed on the
+// way out. Trace lines go to traceStream() when traceEnabled() says so.
+#include <cstdint>
+#include <deque>
+#include <memory>
+#include <ostream>
+#include <string_view>
+#include <unordered_map>
+
+#include "commands/action.h"
+#include "commands/command_list_builder.h"
+
+class VXCommandListBeginEndBuilder : public VXCommandListBuilder {
+ public:
+  VXCommandListBeginEndBuilder();
+  ~VXCommandListBeginEndBuilder() override;
+
+  // Sets the calling thread's channel.
+  void setChannel(uint32_t channel);
+  // The calling thread's channel if it set one, else the default channel.
+  uint32_t getChannel() const;
+  void setDefaultChannel(uint32_t channel) { defaultChannel_ = channel; }
+  uint32_t getDefaultChannel() const { return defaultChannel_; }
+
+  void addCommand(std::unique_ptr<VXCommand> record) override;
+  // Opens an action on the current channel; nested inside an open one, a merged action. Returns
+  // the depth before the call.
+  virtual int beginImmediate(bool nested);
+  // Closes the innermost open action: sends it when it is the outermost, else folds or sends it.
+  virtual void end();
+  // Discards open actions, unsent, until level remain; true when nothing was discarded.
+  virtual bool rollback(int level);
+  // Ends open actions until at most level remain; returns the depth after.
+  virtual int flush(int level);
+  // The number of open actions of the current channel.
+  int depth() const;
+  // Destroys every open action of every channel without sending it.
+  void clearOpenActions();
+
+ protected:
+  // Puts the finished action on the wire. The builder keeps it and destroys it afterwards.
+  virtual void sendAction(const VXAction& action) = 0;
+  virtual bool traceEnabled() const = 0;
+  // The stream for one trace line; the builder writes the text and the line end.
+  virtual std::ostream& traceStream() = 0;
+
+ private:
+  using Stack = std::deque<std::unique_ptr<VXAction>>;
+
+  Stack& currentStack();
+  std::unique_ptr<VXAction> newAction(uint32_t channel) const;
+  void trace(std::string_view text);
+
+  std::unordered_map<uint32_t, Stack> openActions_;
+  uint32_t defaultChannel_ = 0;
+  // Identifies this builder in the per-thread channel slots; never reused within a process.
+  const uint64_t id_;
+};
