@@ -245,7 +245,14 @@ std::string AFCTimestamp::format(const char* pattern) const {
   return out;
 }
 
-std::string AFCTimestamp::toString() const { return format("%d.%m.%Y %H:%M:%S"); }
+std::string AFCTimestamp::toString() const {
+  std::string text = format("%d.%m.%Y %H:%M:%S");
+  if (nanos_ == 0) return text;
+  // The fraction that fromString reads back: nine digits without the trailing zeros.
+  std::string fraction = std::to_string(nanos_ % 1000000000 + 1000000000).substr(1);
+  fraction.erase(fraction.find_last_not_of('0') + 1);
+  return text + "." + fraction;
+}
 
 void AFCTimestamp::fromString(std::string_view text) {
   Scanner in(text);

@@ -99,7 +99,8 @@ public:
   // strftime-style formatting of the fields ("%d.%m.%Y %H:%M:%S", "%H:%M:%S"): %d %m %H %M %S
   // as two digits, %Y as the plain year, %% as a percent sign; anything else is copied as is.
   std::string format(const char* pattern) const;
-  // "%d.%m.%Y %H:%M:%S" (the text form carried by attributes and log entries).
+  // "%d.%m.%Y %H:%M:%S", followed by the fraction of a second (".5") when there are
+  // nanoseconds, so that the text carried by attributes keeps the whole value.
   std::string toString() const;
   // Reads the text form back, "%d.%d.%d %d:%d:%d" with an optional fraction of a second
   // (".5", ".000000123"; at most nine digits) right after the seconds. Unreadable text:

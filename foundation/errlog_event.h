@@ -24,7 +24,8 @@ class AFCErrLogEvent : public AFCPersistent {
   bool hasArea() const { return !area_.empty(); }
   const AFCTimestamp& getTime() const { return time_; }
   // "%d.%m.%Y %H:%M:%S"
-  std::string getTimeString() const { return time_.toString(); }
+  // Whole seconds: "%d.%m.%Y %H:%M:%S".
+  std::string getTimeString() const { return time_.format("%d.%m.%Y %H:%M:%S"); }
   const std::string& getSourceFileName() const;
   bool hasSourceFile() const { return !sourceFile_.empty(); }
   // 0 when unknown.

@@ -110,7 +110,9 @@ TEST(Date, FollowsTheLocalCalendarOfASystemTime) {
 
 TEST(Timestamp, FormatsFullAndTimeOnlyForms) {
   const AFCTimestamp stamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 3), 42);
-  EXPECT_EQ(stamp.toString(), "07.03.2014 09:05:03");
+  EXPECT_EQ(stamp.toString(), "07.03.2014 09:05:03.000000042");
+  EXPECT_EQ(AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 3)).toString(), "07.03.2014 09:05:03");
+  EXPECT_EQ(stamp.format("%d.%m.%Y %H:%M:%S"), "07.03.2014 09:05:03");
   EXPECT_EQ(stamp.format("(%H:%M:%S)"), "(09:05:03)");
   EXPECT_EQ(stamp.format("%d.%m.%Y %% %q"), "07.03.2014 % %q");
 }
@@ -123,6 +125,13 @@ TEST(Timestamp, ReadsItsTextFormWithAnOptionalFraction) {
   EXPECT_EQ(stamp.getNanos(), 500000000);
   stamp.fromString("07.03.2014 09:05:03.000000123");
   EXPECT_EQ(stamp.getNanos(), 123);
+  // The text form keeps the fraction, so the value survives its own text.
+  for (int32_t nanos : {1, 500000000, 999999999}) {
+    const AFCTimestamp original(AFCDate(7, 3, 2014), AFCTime(9, 5, 3), nanos);
+    AFCTimestamp back;
+    back.fromString(original.toString());
+    EXPECT_EQ(back, original) << original.toString();
+  }
 }
 
 TEST(Timestamp, UnreadableTextThrowsAndLeavesTheValue) {
