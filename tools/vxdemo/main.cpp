@@ -1,121 +1,110 @@
-// Encodes a small action-like object graph (a lower-third: a set-up step and its text lines,
-// sharing one style), prints the bytes as hex and as text, reads them back through the class
-// registry and prints what came back.
+// Builds a lower-third the way an automation script does, through a command-list builder: a
+// set-up node with its texts in one bracket, a keyframed fade-in started inside a transaction,
+// a callback and a zone switch. Every action the builder would send is printed as the packet
+// payload's bytes (hex and decoded values) and read back through the class registry, so the
+// whole command flow can be seen without a render server.
 #include <cstdio>
+#include <iostream>
 #include <memory>
 #include <string>
-#include <vector>
 
+#include "commands/action.h"
+#include "commands/begin_end_builder.h"
+#include "commands/register.h"
+#include "foundation/attribute_string.h"
+#include "foundation/attribute_vector.h"
 #include "foundation/persistent_dump.h"
-#include "foundation/persistent_stream.h"
 
 namespace {
 
-// A style shared by several lines.
-class DemoStyle : public AFCPersistent, public AFCShareBase {
-  AFC_DECLARE_CLASS()
-public:
-  std::string font = "Sans Bold";
-  float size = 42.0f;
-  void write(AFCPersistentOutputStream& out) const override {
-    AFCPersistent::write(out);
-    out << font << size;
-  }
-  void read(AFCPersistentInputStream& in) override {
-    AFCPersistent::read(in);
-    in >> font >> size;
-  }
-};
-AFC_IMPLEMENT_CLASS(DemoStyle, AFCPersistent)
+// Prints instead of sending; builder trace lines go to standard output too.
+class PrintingBuilder : public VXCommandListBeginEndBuilder {
+ public:
+  int failures = 0;
 
-// One text line of the title.
-class DemoLine : public AFCPersistent {
-  AFC_DECLARE_CLASS()
-public:
-  std::string target;
-  std::u16string text;
-  AFCRef<DemoStyle> style;
-  void write(AFCPersistentOutputStream& out) const override {
-    AFCPersistent::write(out);
-    out << target << std::u16string_view(text);
-    out.writeObject(style.get());
+ protected:
+  void sendAction(const VXAction& action) override {
+    AFCPersistentOutputStreamBuffer out;
+    out.writeObject(&action);
+    const AFCBuffer& bytes = out.getBuffer();
+    std::printf("\n== action %d: %s, channel %u, %zu records, %zu bytes\n", ++sent_,
+                action.getClass()->getName().c_str(), action.getChannel(),
+                action.getCommands().size(), bytes.size());
+    for (const auto& record : action.getCommands()) {
+      std::printf("   %s\n", record->toString().c_str());
+    }
+    std::printf("-- hex\n%s\n-- values\n%s\n", afcHexDump(bytes.data(), bytes.size()).c_str(),
+                afcDumpPersistent(bytes.data(), bytes.size()).c_str());
+    readBack(bytes);
   }
-  void read(AFCPersistentInputStream& in) override {
-    AFCPersistent::read(in);
-    in >> target >> text;
-    style = in.readSharedObject<DemoStyle>();
-  }
-};
-AFC_IMPLEMENT_CLASS(DemoLine, AFCPersistent)
+  bool traceEnabled() const override { return true; }
+  std::ostream& traceStream() override { return std::cout << "   trace: "; }
 
-// The step: a channel, a node to set up and its lines.
-class DemoStep : public AFCPersistent {
-  AFC_DECLARE_CLASS()
-public:
-  int32_t channel = 0;
-  std::string node;
-  std::vector<std::unique_ptr<DemoLine>> lines;
-  void write(AFCPersistentOutputStream& out) const override {
-    AFCPersistent::write(out);
-    out << channel << node << static_cast<uint32_t>(lines.size());
-    for (const auto& line : lines) out.writeObject(line.get());
+ private:
+  void readBack(const AFCBuffer& bytes) {
+    try {
+      AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
+      auto back = in.readOwnedObject<VXAction>();
+      std::printf("-- read back: %s with %zu records\n", back->getClass()->getName().c_str(),
+                  back->getCommands().size());
+    } catch (const AFCException& e) {
+      std::fprintf(stderr, "vxdemo: reading the action back failed: %s\n", e.what());
+      ++failures;
+    }
   }
-  void read(AFCPersistentInputStream& in) override {
-    AFCPersistent::read(in);
-    uint32_t count = 0;
-    in >> channel >> node >> count;
-    lines.clear();
-    for (uint32_t i = 0; i < count; ++i) lines.push_back(in.readOwnedObject<DemoLine>());
-  }
-};
-AFC_IMPLEMENT_CLASS(DemoStep, AFCPersistent)
 
-DemoStep sampleStep() {
-  AFCRef<DemoStyle> style(new DemoStyle());
-  DemoStep step;
-  step.channel = 1;
-  step.node = "Root/_Br5_Title_1";
-  const std::pair<const char*, const char16_t*> texts[] = {
-      {"name.Text", u"Jane Doe"}, {"role.Text", u"Reporter, \u00C5lesund"}};
-  for (const auto& [target, text] : texts) {
-    auto line = std::make_unique<DemoLine>();
-    line->target = target;
-    line->text = text;
-    line->style = style;
-    step.lines.push_back(std::move(line));
-  }
-  return step;
+  int sent_ = 0;
+};
+
+AFCRef<VXAnimation> fadeIn(const std::string& title) {
+  AFCRef<VXAnimation> animation(new VXAnimation);
+  VXAnimationChannel& alpha = animation->createChannel();
+  alpha.setDestination(title + ":Material.Alpha");
+  alpha.addKeyframe(0, 0.0f, VX_INTERPOLATION_LINEAR, VX_INTERPOLATION_LINEAR);
+  alpha.addKeyframe(500000, 1.0f, VX_INTERPOLATION_LINEAR, VX_INTERPOLATION_LINEAR);
+  return animation;
+}
+
+void lowerThird(PrintingBuilder& builder) {
+  const std::string title = "Root/_Br5_Title_1";
+  builder.setChannel(1);
+
+  builder.beginImmediate(false);
+  builder.createNode("Group", "_Br5_Title_1", "Root");
+  builder.loadScene("LowerThird", title, "lt");
+  builder.setAttribute(title + "/lt/name", "Text",
+                       std::make_unique<AFCAttributeWString>(u"Jane Doe"));
+  builder.setAttribute(title + "/lt/role", "Text",
+                       std::make_unique<AFCAttributeWString>(u"Reporter, \u00C5lesund"));
+  auto position = std::make_unique<AFCAttributeVec3f>();
+  position->fromString("[-0.6, -0.7, 0]");
+  builder.setAttribute(title, "Position", std::move(position));
+  builder.end();
+
+  builder.beginImmediate(false);
+  builder.transactionBegin("LT_IN", false);
+  VXActivateAnimationOptions options;
+  options.name = "fadeIn";
+  builder.activateAnimationObj(fadeIn(title), title, options);
+  builder.transactionEnd();
+  builder.commandCallback();
+  builder.end();
+
+  VXZonesState zones;
+  zones.set("LowerThirds", true);
+  builder.setZoneState(zones);
 }
 
 }  // namespace
 
 int main() {
-  registerFoundationClasses();
-  DemoStep::staticClass();
-  DemoLine::staticClass();
-  DemoStyle::staticClass();
-
-  AFCPersistentOutputStreamBuffer out;
-  const DemoStep step = sampleStep();
-  out.writeObject(&step);
-  const AFCBuffer& bytes = out.getBuffer();
-  std::printf("== %zu bytes\n%s\n== as values\n%s\n", bytes.size(),
-              afcHexDump(bytes.data(), bytes.size()).c_str(),
-              afcDumpPersistent(bytes.data(), bytes.size()).c_str());
-
+  registerCommandClasses();
+  PrintingBuilder builder;
   try {
-    AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
-    auto back = in.readOwnedObject<DemoStep>();
-    std::printf("== read back\nchannel %d, node %s, %zu lines\n", back->channel,
-                back->node.c_str(), back->lines.size());
-    for (const auto& line : back->lines) {
-      std::printf("  %s (%u UTF-16 units), style %s %.0f, shared: %s\n", line->target.c_str(),
-                  static_cast<unsigned>(line->text.size()), line->style->font.c_str(),
-                  line->style->size, line->style.get() == back->lines[0]->style.get() ? "yes" : "no");
-    }
+    lowerThird(builder);
   } catch (const AFCException& e) {
     std::fprintf(stderr, "vxdemo: %s\n", e.what());
     return 1;
   }
-  return 0;
+  return builder.failures == 0 ? 0 : 1;
 }
