@@ -6,6 +6,7 @@
 #include <string>
 
 #include "client/roa_exceptions.h"
+#include "commands/begin_end_builder.h"
 #include "tests/client/roa_test_support.h"
 #include "tests/foundation/errlog_capture.h"
 
@@ -152,6 +153,26 @@ TEST(RoaManager, EnumPropsOfAClassUnknownHereLogsAndReturnsNothing) {
   EXPECT_EQ(log.messages(),
             (std::vector<std::string>{"Remote class RemoteOnly not found in local eoe!",
                                       "Remote class  not found in local eoe!"}));
+}
+
+// The session is a command-list builder too: one pair of trace overrides serves both bases.
+class BuilderSession : public VXCommandListBeginEndBuilder, public VXROAManager {
+ public:
+  std::ostringstream lines;
+
+ protected:
+  void sendAction(const VXAction&) override {}
+  void roaSend(const AFCBuffer&) override {}
+  void roaRequest(const AFCBuffer&, AFCBuffer&) override {}
+  bool traceEnabled() const override { return true; }
+  std::ostream& traceStream() override { return lines; }
+};
+
+TEST(RoaManager, SharesTheTraceStreamWithTheCommandListBuilder) {
+  BuilderSession session;
+  session.end();
+  session.remoteSetAttrAsync("n.a", nullptr);
+  EXPECT_EQ(session.lines.str(), "end (no begin!)\nROA-REQ[SET_ATTR_ASYNC,n.a,<NULL>] ASYNC\n");
 }
 
 }  // namespace
