@@ -73,12 +73,6 @@ TEST(RoaReply, AHugeCountOnAShortPayloadFailsAndLeavesTheReplyUnchanged) {
   EXPECT_EQ(reply.toTrace(), "ROA-REPLY[VOID,kept,<NULL>");
 }
 
-TEST(RoaRecords, RefuseAValueThatIsNotAnAttribute) {
-  const Bytes bytes =
-      replyBytes(2, {newObjectHeader("VXROAReply") + kBasePart + int32Bytes(0) + countBytes(0)});
-  EXPECT_NE(readObjectError(bytes), "");
-}
-
 TEST(RoaRecords, NameEveryKindAndNothingForUnknownCodes) {
   EXPECT_EQ(vxROARequestKindName(0), "NULL");
   EXPECT_EQ(vxROARequestKindName(6), "GET_MULTI_ATTR");
