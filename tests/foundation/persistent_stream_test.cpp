@@ -91,6 +91,21 @@ public:
 };
 AFC_IMPLEMENT_CLASS(TestPair, AFCPersistent)
 
+// Classes whose names differ in their first letter only: the reader must compare whole names.
+template <char First>
+class TestTwin : public AFCPersistent {
+  AFC_DECLARE_CLASS()
+};
+
+template <char First>
+const AFCClass& TestTwin<First>::staticClass() {
+  static const AFCClass& record =
+      (new AFCClassEx(First + std::string("TestTwinClass"), &AFCPersistent::staticClass()))
+          ->defaultConstructor<TestTwin>()
+          .registerClass();
+  return record;
+}
+
 class PersistentStream : public ::testing::Test {
 protected:
   void SetUp() override {
@@ -98,6 +113,8 @@ protected:
     TestNode::staticClass();
     TestShared::staticClass();
     TestPair::staticClass();
+    TestTwin<'A'>::staticClass();
+    TestTwin<'B'>::staticClass();
   }
 };
 
@@ -374,6 +391,18 @@ TEST_F(PersistentStream, RejectsUnknownAndNonPersistentClasses) {
             "Bad type of created instance");
   EXPECT_EQ(readError({0xDA, 0x0C, 0, 0, 0, 1}, [](auto& in) { in.readObject(); }),
             "Bad object index");
+}
+
+TEST_F(PersistentStream, TellsApartClassesWhoseNamesEndAlike) {
+  TestTwin<'A'> a1, a2;
+  TestTwin<'B'> b1, b2;
+  const std::vector<const AFCPersistent*> objects = {&a1, &b1, &b2, &a2};
+  auto in = reader(written([&](auto& o) {
+    for (const AFCPersistent* object : objects) o.writeObject(object);
+  }));
+  for (const AFCPersistent* object : objects) {
+    EXPECT_EQ(in.readOwnedObject<AFCPersistent>()->getClass(), object->getClass());
+  }
 }
 
 TEST_F(PersistentStream, RefusesAnObjectOfAnotherClassThanExpected) {
