@@ -25,19 +25,22 @@ inline uint32_t getBE32(const uint8_t* p) {
   return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | p[3];
 }
 
-// Without an early exit the loops below compile to vector code; short strings are the rule.
-bool isAscii(std::string_view text) {
-  unsigned char bits = 0;
-  for (char c : text) bits |= static_cast<unsigned char>(c);
-  return bits < 0x80;
-}
+constexpr std::size_t kMaxUnits = std::numeric_limits<int32_t>::max() / 2;
 
-// Each byte as a big-endian UTF-16 unit.
-void widenToUnits(std::string_view text, uint8_t* out) {
+// The two loops below check and convert in one pass without an early exit, so that the compiler
+// turns them into vector code.
+
+// Each byte as a big-endian UTF-16 unit; false when a byte is not ASCII, and then out holds
+// nothing of use.
+bool widenAscii(std::string_view text, uint8_t* out) {
+  unsigned char bits = 0;
   for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    bits |= byte;
     out[2 * i] = 0;
-    out[2 * i + 1] = static_cast<uint8_t>(text[i]);
+    out[2 * i + 1] = byte;
   }
+  return bits < 0x80;
 }
 
 // Narrows count big-endian UTF-16 units to bytes; false when any unit is not ASCII, and then
@@ -64,7 +67,7 @@ uint64_t nameTail(std::string_view name) {
 }
 
 int32_t checkedCount(std::size_t units) {
-  if (units > static_cast<std::size_t>(std::numeric_limits<int32_t>::max() / 2)) {
+  if (units > kMaxUnits) {
     throw AFCPersistentWriteException("String too long for the stream: " +
                                       std::to_string(units) + " units");
   }
@@ -83,18 +86,20 @@ const AFCClass& AFCPersistent::staticClass() {
 // ---- AFCPersistentOutputStream ----
 
 void AFCPersistentOutputStream::writeText(uint8_t code, std::string_view text) {
-  if (!isAscii(text)) {
-    std::u16string units;
-    AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text, units);
-    writeUnits(code, units);
-    return;
+  // ASCII is the rule and takes one unit a byte; any other text goes through the character set.
+  if (text.size() <= kMaxUnits) {
+    uint8_t* p = reserve(6 + 2 * text.size());
+    if (widenAscii(text, p + 6)) {
+      p[0] = AFC_PERSISTENT_MARKER;
+      p[1] = code;
+      putBE32(p + 2, static_cast<uint32_t>(text.size()));
+      return;
+    }
+    pos_ = p;
   }
-  const int32_t count = checkedCount(text.size());
-  uint8_t* p = reserve(6 + 2 * static_cast<std::size_t>(count));
-  p[0] = AFC_PERSISTENT_MARKER;
-  p[1] = code;
-  putBE32(p + 2, static_cast<uint32_t>(count));
-  widenToUnits(text, p + 6);
+  std::u16string units;
+  AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text, units);
+  writeUnits(code, units);
 }
 
 void AFCPersistentOutputStream::writeUnits(uint8_t code, std::u16string_view units) {
@@ -135,8 +140,9 @@ void AFCPersistentOutputStream::writeObject(const AFCPersistent* object) {
     if (nullNumber_ == 0) nullNumber_ = nextNumber_++;
     return;
   }
-  if (uint32_t number = numbers_.find(object)) {
-    putScalar(AFC_PC_OBJECT, number);
+  const AFCPointerNumberMap::Lookup known = numbers_.find(object);
+  if (known.number != 0) {
+    putScalar(AFC_PC_OBJECT, known.number);
     return;
   }
   constexpr uint32_t kNewObject = 0xFFFFFFFFu;
@@ -156,7 +162,7 @@ void AFCPersistentOutputStream::writeObject(const AFCPersistent* object) {
   std::memcpy(p + 8, name.data(), name.size());
   object->write(*this);
   // Numbered only now: objects written by the object's own write come first.
-  numbers_.insert(object, nextNumber_++);
+  numbers_.insert(object, nextNumber_++, known);
 }
 
 // ---- AFCPersistentOutputStreamBuffer ----

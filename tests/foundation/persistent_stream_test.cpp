@@ -153,6 +153,20 @@ TEST_F(PersistentStream, WritesStringsAsUtf16UnitsWithACount) {
   EXPECT_EQ(written([](auto& o) { o.writeString("\xC3\xA9"); }), expected);
 }
 
+TEST_F(PersistentStream, ConvertsTextWithANonAsciiCharacterAnywhere) {
+  const std::string ascii(40, 'a');
+  for (const std::string& text : {"\xC3\xA9" + ascii, ascii + "\xC3\xA9"}) {
+    auto units = reader(written([&](auto& o) {
+      o.writeString(text);
+      o.writeInt32(7);
+    }));
+    EXPECT_EQ(units.readWString(), AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text));
+    EXPECT_EQ(units.readInt32(), 7);
+    auto in = reader(written([&](auto& o) { o.writeString(text); }));
+    EXPECT_EQ(in.readString(), text);
+  }
+}
+
 TEST_F(PersistentStream, RoundTripsEveryPrimitive) {
   AFCPersistentOutputStreamBuffer out;
   AFCBuffer blob("\x01\x02\x03", 3);
