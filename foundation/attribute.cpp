@@ -106,16 +106,6 @@ double AFCSingleChannelAttribute::getChannelValue(int channel) const {
   return channel == 0 ? getDoubleOrZero() : 0.0;
 }
 
-void AFCSingleChannelAttribute::write(AFCPersistentOutputStream& out) const {
-  AFCPersistent::write(out);
-  out.writeBool(defined_);
-}
-
-void AFCSingleChannelAttribute::read(AFCPersistentInputStream& in) {
-  AFCPersistent::read(in);
-  defined_ = in.readBool();
-}
-
 void AFCSingleChannelAttribute::checkDefined() const {
   if (!defined_) afcThrowUndefined(*this);
 }
@@ -181,14 +171,4 @@ void AFCMultiChannelAttribute::parseValue(std::string_view text) {
     if (*p != ',') break;  // "]", the end, or anything else ends the list
     ++p;
   }
-}
-
-void AFCMultiChannelAttribute::write(AFCPersistentOutputStream& out) const {
-  AFCPersistent::write(out);
-  out.writeUInt32(definedMask_);
-}
-
-void AFCMultiChannelAttribute::read(AFCPersistentInputStream& in) {
-  AFCPersistent::read(in);
-  definedMask_ = in.readUInt32();
 }

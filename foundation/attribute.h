@@ -102,3 +102,25 @@ protected:
   void markDefined(int channel) { definedMask_ |= channelBit(channel); }
   uint32_t definedMask_ = 0;
 };
+
+// Inline: each kind's write and read begins with its base's, so the whole of a small attribute
+// compiles to one straight run of stream accesses.
+inline void AFCSingleChannelAttribute::write(AFCPersistentOutputStream& out) const {
+  AFCPersistent::write(out);
+  out.writeBool(defined_);
+}
+
+inline void AFCSingleChannelAttribute::read(AFCPersistentInputStream& in) {
+  AFCPersistent::read(in);
+  defined_ = in.readBool();
+}
+
+inline void AFCMultiChannelAttribute::write(AFCPersistentOutputStream& out) const {
+  AFCPersistent::write(out);
+  out.writeUInt32(definedMask_);
+}
+
+inline void AFCMultiChannelAttribute::read(AFCPersistentInputStream& in) {
+  AFCPersistent::read(in);
+  definedMask_ = in.readUInt32();
+}

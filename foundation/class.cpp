@@ -67,11 +67,17 @@ bool AFCClass::isSubclassOf(const AFCClass& other) const {
   return false;
 }
 
-AFCObject* AFCClass::newInstance() const {
+const AFCConstructor* AFCClass::findArgumentless() const {
   for (const AFCConstructor& constructor : constructors_) {
-    if (constructor.getParameterTypes().empty()) return constructor.newInstance({});
+    if (constructor.getParameterTypes().empty()) return &constructor;
   }
   return nullptr;
+}
+
+AFCObject* AFCClass::newInstance() const {
+  if (newDefault_ != nullptr) return newDefault_();
+  const AFCConstructor* constructor = findArgumentless();
+  return constructor != nullptr ? constructor->newInstance({}) : nullptr;
 }
 
 const AFCMethod* AFCClass::findMethod(std::string_view name) const {

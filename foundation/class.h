@@ -109,8 +109,15 @@ public:
   static std::vector<std::string> registeredNames();
 
 protected:
+  // The first constructor without parameters; nullptr when there is none.
+  const AFCConstructor* findArgumentless() const;
+
   std::string name_;
   const AFCClass* parent_;
+  // newInstance() without the argument checks and the call through std::function, for classes
+  // whose argument-less constructor is defaultConstructor<T>(): readers create one object per
+  // record they read.
+  AFCObject* (*newDefault_)() = nullptr;
   std::vector<AFCConstructor> constructors_;
   std::vector<AFCMethod> methods_;
   std::vector<AFCDeclaredAttribute> attributes_;
@@ -123,6 +130,7 @@ public:
 
   template <class T>
   AFCClassEx& defaultConstructor() {
+    if (findArgumentless() == nullptr) newDefault_ = []() -> AFCObject* { return new T(); };
     constructors_.emplace_back(std::vector<const AFCClass*>{},
                                [](AFCArguments) -> AFCObject* { return new T(); });
     return *this;

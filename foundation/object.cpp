@@ -16,10 +16,12 @@ std::mutex& destroyHandlerLock() {
 }  // namespace
 
 AFCDieBase::~AFCDieBase() {
+  // Handlers are added to live objects only, so an object that never had one (most objects)
+  // is left without taking the process-wide lock.
+  if (!handlers_) return;
   std::vector<Entry> handlers;
   {
     std::lock_guard guard(destroyHandlerLock());
-    if (!handlers_) return;
     handlers.swap(*handlers_);
   }
   for (const Entry& entry : handlers) entry.handler(this, entry.cookie);

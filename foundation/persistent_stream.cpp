@@ -1,6 +1,5 @@
 #include "foundation/persistent_stream.h"
 
-#include <bit>
 #include <cstdio>
 #include <limits>
 
@@ -26,15 +25,49 @@ inline uint32_t getBE32(const uint8_t* p) {
   return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | p[3];
 }
 
-bool isAscii(std::string_view text) {
-  for (char c : text) {
-    if (static_cast<unsigned char>(c) >= 0x80) return false;
+constexpr std::size_t kMaxUnits = std::numeric_limits<int32_t>::max() / 2;
+
+// The two loops below check and convert in one pass without an early exit, so that the compiler
+// turns them into vector code.
+
+// Each byte as a big-endian UTF-16 unit; false when a byte is not ASCII, and then out holds
+// nothing of use.
+bool widenAscii(std::string_view text, uint8_t* out) {
+  unsigned char bits = 0;
+  for (std::size_t i = 0; i < text.size(); ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    bits |= byte;
+    out[2 * i] = 0;
+    out[2 * i + 1] = byte;
   }
-  return true;
+  return bits < 0x80;
+}
+
+// Narrows count big-endian UTF-16 units to bytes; false when any unit is not ASCII, and then
+// out holds nothing of use.
+bool narrowAsciiUnits(const uint8_t* units, std::size_t count, char* out) {
+  unsigned bits = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    bits |= (unsigned{units[2 * i]} << 8) | units[2 * i + 1];
+    out[i] = static_cast<char>(units[2 * i + 1]);
+  }
+  return bits < 0x80;
+}
+
+// Class names share long prefixes ("AFCAttribute...", "VXCommand..."): their last bytes tell
+// them apart soonest.
+uint64_t nameTail(std::string_view name) {
+  uint64_t tail = 0;
+  if (name.size() >= sizeof tail) {
+    std::memcpy(&tail, name.data() + name.size() - sizeof tail, sizeof tail);
+  } else {
+    for (char c : name) tail = (tail << 8) | static_cast<unsigned char>(c);
+  }
+  return tail;
 }
 
 int32_t checkedCount(std::size_t units) {
-  if (units > static_cast<std::size_t>(std::numeric_limits<int32_t>::max() / 2)) {
+  if (units > kMaxUnits) {
     throw AFCPersistentWriteException("String too long for the stream: " +
                                       std::to_string(units) + " units");
   }
@@ -50,39 +83,23 @@ const AFCClass& AFCPersistent::staticClass() {
   return record;
 }
 
-void AFCPersistent::write(AFCPersistentOutputStream& out) const {
-  out.writeHeader(AFC_PC_PERSISTENT);
-}
-
-void AFCPersistent::read(AFCPersistentInputStream& in) { in.readHeader(AFC_PC_PERSISTENT); }
-
 // ---- AFCPersistentOutputStream ----
 
-void AFCPersistentOutputStream::writeFloat(float v) {
-  putScalar(AFC_PC_FLOAT, std::bit_cast<uint32_t>(v));
-}
-
-void AFCPersistentOutputStream::writeDouble(double v) {
-  putScalar(AFC_PC_DOUBLE, std::bit_cast<uint64_t>(v));
-}
-
 void AFCPersistentOutputStream::writeText(uint8_t code, std::string_view text) {
-  if (!isAscii(text)) {
-    std::u16string units;
-    AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text, units);
-    writeUnits(code, units);
-    return;
+  // ASCII is the rule and takes one unit a byte; any other text goes through the character set.
+  if (text.size() <= kMaxUnits) {
+    uint8_t* p = reserve(6 + 2 * text.size());
+    if (widenAscii(text, p + 6)) {
+      p[0] = AFC_PERSISTENT_MARKER;
+      p[1] = code;
+      putBE32(p + 2, static_cast<uint32_t>(text.size()));
+      return;
+    }
+    pos_ = p;
   }
-  const int32_t count = checkedCount(text.size());
-  uint8_t* p = reserve(6 + 2 * static_cast<std::size_t>(count));
-  p[0] = AFC_PERSISTENT_MARKER;
-  p[1] = code;
-  putBE32(p + 2, static_cast<uint32_t>(count));
-  p += 6;
-  for (char c : text) {
-    *p++ = 0;
-    *p++ = static_cast<uint8_t>(c);
-  }
+  std::u16string units;
+  AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text, units);
+  writeUnits(code, units);
 }
 
 void AFCPersistentOutputStream::writeUnits(uint8_t code, std::u16string_view units) {
@@ -116,31 +133,36 @@ void AFCPersistentOutputStream::writeBuffer(const AFCBuffer& buffer) {
 }
 
 void AFCPersistentOutputStream::writeObject(const AFCPersistent* object) {
-  uint8_t* p = reserve(6);
-  p[0] = AFC_PERSISTENT_MARKER;
-  p[1] = AFC_PC_OBJECT;
   if (object == nullptr) {
-    putBE32(p + 2, 0);
+    putScalar(AFC_PC_OBJECT, uint32_t{0});
     // The first null uses up a number although readers never number it; streams in use
     // depend on the numbering this gives.
     if (nullNumber_ == 0) nullNumber_ = nextNumber_++;
     return;
   }
-  if (uint32_t number = numbers_.find(object)) {
-    putBE32(p + 2, number);
+  const AFCPointerNumberMap::Lookup known = numbers_.find(object);
+  if (known.number != 0) {
+    putScalar(AFC_PC_OBJECT, known.number);
     return;
   }
-  putBE32(p + 2, 0xFFFFFFFFu);
+  constexpr uint32_t kNewObject = 0xFFFFFFFFu;
   const std::string& name = object->getClass()->getName();
-  if (name.empty()) throw AFCPersistentWriteException();
-  if (name.size() > 0xFFFF) throw AFCPersistentWriteException("Class name too long: " + name);
-  uint8_t* n = reserve(2);
-  n[0] = static_cast<uint8_t>(name.size() >> 8);
-  n[1] = static_cast<uint8_t>(name.size());
-  write(name.data(), static_cast<int32_t>(name.size()));
+  if (name.empty() || name.size() > 0xFFFF) {
+    putScalar(AFC_PC_OBJECT, kNewObject);  // the stream ends with it when the writer throws
+    if (name.empty()) throw AFCPersistentWriteException();
+    throw AFCPersistentWriteException("Class name too long: " + name);
+  }
+  // The reference, the name's length and the name in one piece.
+  uint8_t* p = reserve(8 + name.size());
+  p[0] = AFC_PERSISTENT_MARKER;
+  p[1] = AFC_PC_OBJECT;
+  putBE32(p + 2, kNewObject);
+  p[6] = static_cast<uint8_t>(name.size() >> 8);
+  p[7] = static_cast<uint8_t>(name.size());
+  std::memcpy(p + 8, name.data(), name.size());
   object->write(*this);
   // Numbered only now: objects written by the object's own write come first.
-  numbers_.insert(object, nextNumber_++);
+  numbers_.insert(object, nextNumber_++, known);
 }
 
 // ---- AFCPersistentOutputStreamBuffer ----
@@ -198,29 +220,21 @@ void AFCPersistentInputStream::checkAvailable(int64_t bytes) const {
   if (left >= 0 && bytes > left) readError("Incorrect data length");
 }
 
-uint8_t AFCPersistentInputStream::readHeader() {
+uint8_t AFCPersistentInputStream::readHeaderSlow() {
   uint8_t scratch[2];
   const uint8_t* p = take(scratch, 2);
   if (p[0] != AFC_PERSISTENT_MARKER) throwHeaderExpected();
   return p[1];
 }
 
-void AFCPersistentInputStream::readHeader(uint8_t expected) {
-  const uint8_t code = readHeader();
+void AFCPersistentInputStream::readHeaderSlow(uint8_t expected) {
+  const uint8_t code = readHeaderSlow();
   if (code != expected) throwBadHeader(code, expected);
 }
 
 uint8_t AFCPersistentInputStream::peekHeader() const {
   if (end_ - pos_ < 2 || pos_[0] != AFC_PERSISTENT_MARKER) return 0;
   return pos_[1];
-}
-
-float AFCPersistentInputStream::readFloat() {
-  return std::bit_cast<float>(getScalar<uint32_t>(AFC_PC_FLOAT));
-}
-
-double AFCPersistentInputStream::readDouble() {
-  return std::bit_cast<double>(getScalar<uint64_t>(AFC_PC_DOUBLE));
 }
 
 int32_t AFCPersistentInputStream::readUnitCount() {
@@ -231,7 +245,7 @@ int32_t AFCPersistentInputStream::readUnitCount() {
   uint8_t scratch[4];
   const auto count = static_cast<int32_t>(getBE32(take(scratch, 4)));
   if (count < 1) return 0;
-  checkAvailable(int64_t{count} * 2);
+  if (int64_t{count} * 2 > end_ - pos_) checkAvailable(int64_t{count} * 2);
   return count;
 }
 
@@ -247,12 +261,8 @@ std::string AFCPersistentInputStream::readString() {
   const int32_t count = readUnitCount();
   const auto bytes = static_cast<std::size_t>(count) * 2;
   if (static_cast<std::size_t>(end_ - pos_) >= bytes) {
-    const uint8_t* p = pos_;
-    bool ascii = true;
-    for (std::size_t i = 0; i < bytes; i += 2) ascii &= (p[i] == 0 && p[i + 1] < 0x80);
-    if (ascii) {
-      std::string text(static_cast<std::size_t>(count), '\0');
-      for (int32_t i = 0; i < count; ++i) text[i] = static_cast<char>(p[2 * i + 1]);
+    std::string text(static_cast<std::size_t>(count), '\0');
+    if (narrowAsciiUnits(pos_, text.size(), text.data())) {
       pos_ += bytes;
       return text;
     }
@@ -305,22 +315,25 @@ void AFCPersistentInputStream::readBuffer(AFCBuffer& into) {
   readBinary(into.data(), static_cast<int32_t>(count));
 }
 
-const AFCClass* AFCPersistentInputStream::findClass(std::string_view name) {
-  for (const AFCClass* seen : seenClasses_) {
-    if (seen->getName() == name) return seen;
+auto AFCPersistentInputStream::findClass(std::string_view name) -> const SeenClass* {
+  const uint64_t tail = nameTail(name);
+  for (const SeenClass& seen : seenClasses_) {
+    if (seen.nameTail == tail && seen.name.size() == name.size() &&
+        std::memcmp(seen.name.data(), name.data(), name.size()) == 0) {
+      return &seen;
+    }
   }
   const AFCClass* record = AFCClass::forName(name);
-  if (record != nullptr && seenClasses_.size() < 16) seenClasses_.push_back(record);
-  return record;
+  if (record == nullptr) return nullptr;
+  return &seenClasses_.emplace_back(SeenClass{record->getName(), tail, record,
+                                              record->isSubclassOf(AFCPersistent::staticClass())});
 }
 
 AFCPersistent* AFCPersistentInputStream::createInstance(std::string_view className) {
-  const AFCClass* record = findClass(className);
-  if (record == nullptr) readError("Can't find class " + std::string(className));
-  if (!record->isSubclassOf(AFCPersistent::staticClass())) {
-    readError("Bad type of created instance");
-  }
-  AFCObject* object = record->newInstance();
+  const SeenClass* seen = findClass(className);
+  if (seen == nullptr) readError("Can't find class " + std::string(className));
+  if (!seen->persistent) readError("Bad type of created instance");
+  AFCObject* object = seen->record->newInstance();
   if (object == nullptr) readError("Bad type of created instance");
   // The record made it, so its type is the record's class, a persistent one.
   return static_cast<AFCPersistent*>(object);
@@ -329,9 +342,7 @@ AFCPersistent* AFCPersistentInputStream::createInstance(std::string_view classNa
 AFCPersistent* AFCPersistentInputStream::readObject() { return readReference(Ownership::Loose); }
 
 AFCPersistent* AFCPersistentInputStream::readReference(Ownership ownership) {
-  readHeader(AFC_PC_OBJECT);
-  uint8_t scratch[4];
-  const uint32_t number = getBE32(take(scratch, 4));
+  const uint32_t number = getScalar<uint32_t>(AFC_PC_OBJECT);
   if (number == 0) return nullptr;
   if (number == 0xFFFFFFFFu) return readNewObject(ownership);
   if (number - 1 >= table_.size() || table_[number - 1].object == nullptr) {
@@ -350,13 +361,13 @@ AFCPersistent* AFCPersistentInputStream::readNewObject(Ownership ownership) {
   const uint8_t* p = take(scratch, 2);
   const std::size_t length = (std::size_t{p[0]} << 8) | p[1];
   if (length == 0) readError("Bad object type name");
-  checkAvailable(static_cast<int64_t>(length));
   std::string name;
   std::string_view nameView;
   if (static_cast<std::size_t>(end_ - pos_) >= length) {
     nameView = {reinterpret_cast<const char*>(pos_), length};
     pos_ += length;
   } else {
+    checkAvailable(static_cast<int64_t>(length));
     name.resize(length);
     read(name.data(), static_cast<int32_t>(length));
     nameView = name;

@@ -5,6 +5,7 @@
 // Writers and readers are single-threaded. Readers take untrusted bytes: every length is checked
 // against the bytes that remain before anything is allocated or copied, and every failure is an
 // AFCPersistentReadException2 with its own text.
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -106,8 +107,8 @@ public:
   void writeUInt32(uint32_t v) { putScalar(AFC_PC_UINT32, v); }
   void writeInt64(int64_t v) { putScalar(AFC_PC_INT64, static_cast<uint64_t>(v)); }
   void writeUInt64(uint64_t v) { putScalar(AFC_PC_UINT64, v); }
-  void writeFloat(float v);
-  void writeDouble(double v);
+  void writeFloat(float v) { putScalar(AFC_PC_FLOAT, std::bit_cast<uint32_t>(v)); }
+  void writeDouble(double v) { putScalar(AFC_PC_DOUBLE, std::bit_cast<uint64_t>(v)); }
   // 8-bit text, converted with the default character set.
   void writeString(std::string_view text) { writeText(AFC_PC_STRING, text); }
   void writeWString(std::u16string_view text) { writeUnits(AFC_PC_WSTRING, text); }
@@ -205,9 +206,21 @@ public:
   virtual AFCPersistent* createInstance(std::string_view className);
 
   // Reads a header; throws "Header expected" unless the marker is there.
-  uint8_t readHeader();
+  uint8_t readHeader() {
+    if (end_ - pos_ >= 2 && pos_[0] == AFC_PERSISTENT_MARKER) {
+      pos_ += 2;
+      return pos_[-1];
+    }
+    return readHeaderSlow();
+  }
   // Reads a header and demands the code.
-  void readHeader(uint8_t expected);
+  void readHeader(uint8_t expected) {
+    if (end_ - pos_ >= 2 && pos_[0] == AFC_PERSISTENT_MARKER && pos_[1] == expected) {
+      pos_ += 2;
+      return;
+    }
+    readHeaderSlow(expected);
+  }
   // The code of the next header without consuming it (0 when fewer than two bytes remain or
   // the marker is missing).
   uint8_t peekHeader() const;
@@ -221,8 +234,8 @@ public:
   uint32_t readUInt32() { return getScalar<uint32_t>(AFC_PC_UINT32); }
   int64_t readInt64() { return static_cast<int64_t>(getScalar<uint64_t>(AFC_PC_INT64)); }
   uint64_t readUInt64() { return getScalar<uint64_t>(AFC_PC_UINT64); }
-  float readFloat();
-  double readDouble();
+  float readFloat() { return std::bit_cast<float>(getScalar<uint32_t>(AFC_PC_FLOAT)); }
+  double readDouble() { return std::bit_cast<double>(getScalar<uint64_t>(AFC_PC_DOUBLE)); }
   // Either string code is accepted; 8-bit text through the default character set.
   std::string readString();
   std::u16string readWString();
@@ -312,6 +325,8 @@ private:
     read(scratch, static_cast<int32_t>(n));
     return scratch;
   }
+  uint8_t readHeaderSlow();
+  void readHeaderSlow(uint8_t expected);
   [[noreturn]] static void throwHeaderExpected();
   [[noreturn]] static void throwBadHeader(uint8_t got, uint8_t expected);
   [[noreturn]] static void throwWrongClass(const AFCPersistent& object, const AFCClass& expected);
@@ -332,11 +347,30 @@ private:
   [[noreturn]] void discardWrongClass(AFCPersistent* object, const AFCClass& expected);
   void forgetFrom(std::size_t firstEntry);
 
+  // A class met before in this stream, with what creating an instance needs to know.
+  struct SeenClass {
+    std::string_view name;  // the record's own name
+    uint64_t nameTail;
+    const AFCClass* record;
+    bool persistent;
+  };
+  // The class of that name, from the classes met so far or else the registry; nullptr when
+  // unknown. Valid until the next call.
+  const SeenClass* findClass(std::string_view name);
+
   std::vector<Entry> table_;
   std::vector<AFCRef<AFCShareBase>> sharedHolds_;  // keeps shared objects alive for back-references
-  const AFCClass* findClass(std::string_view name);
-  std::vector<const AFCClass*> seenClasses_;  // classes met so far, spares registry lookups
+  // Spares registry lookups, which take the registry's lock. Only registered classes enter, so
+  // it stays as small as the registry whatever the input.
+  std::vector<SeenClass> seenClasses_;
 };
+
+// Inline: every persistent class's write and read starts here.
+inline void AFCPersistent::write(AFCPersistentOutputStream& out) const {
+  out.writeHeader(AFC_PC_PERSISTENT);
+}
+
+inline void AFCPersistent::read(AFCPersistentInputStream& in) { in.readHeader(AFC_PC_PERSISTENT); }
 
 // Reads an AFCBuffer from a signed 32-bit position starting at 0.
 class AFCPersistentInputStreamBuffer : public AFCPersistentInputStream {

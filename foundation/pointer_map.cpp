@@ -43,6 +43,6 @@ void AFCPointerNumberMap::grow() {
   adopt(std::vector<Slot>(old.empty() ? 256 : old.size() * 2));
   count_ = 0;
   for (const Slot& slot : old) {
-    if (slot.generation == generation_) insert(slot.key, slot.number);
+    if (slot.generation == generation_) place(slot.key, slot.number);
   }
 }

@@ -82,6 +82,21 @@ TEST_F(Reflection, CreatesInstancesByClassName) {
   EXPECT_EQ(AFCClass::forName("AFCAttribute")->newInstance(), nullptr);  // abstract
 }
 
+TEST_F(Reflection, CreatesInstancesThroughTheFirstConstructorWithoutParameters) {
+  static int calls = 0;
+  auto factory = [](AFCArguments) -> AFCObject* {
+    ++calls;
+    return new Counter();
+  };
+  const AFCClass& record = (new AFCClassEx("TestMadeByFactory", &AFCObject::staticClass()))
+                               ->constructor({}, factory)
+                               .defaultConstructor<Counter>()
+                               .registerClass();
+  std::unique_ptr<AFCObject> made(record.newInstance());
+  EXPECT_NE(dynamic_cast<Counter*>(made.get()), nullptr);
+  EXPECT_EQ(calls, 1);
+}
+
 TEST_F(Reflection, InvokesMethodsWithCheckedArguments) {
   Counter counter;
   AFCAttributeInt32 two(2), three(3);

@@ -91,6 +91,21 @@ public:
 };
 AFC_IMPLEMENT_CLASS(TestPair, AFCPersistent)
 
+// Classes whose names differ in their first letter only: the reader must compare whole names.
+template <char First>
+class TestTwin : public AFCPersistent {
+  AFC_DECLARE_CLASS()
+};
+
+template <char First>
+const AFCClass& TestTwin<First>::staticClass() {
+  static const AFCClass& record =
+      (new AFCClassEx(First + std::string("TestTwinClass"), &AFCPersistent::staticClass()))
+          ->defaultConstructor<TestTwin>()
+          .registerClass();
+  return record;
+}
+
 class PersistentStream : public ::testing::Test {
 protected:
   void SetUp() override {
@@ -98,6 +113,8 @@ protected:
     TestNode::staticClass();
     TestShared::staticClass();
     TestPair::staticClass();
+    TestTwin<'A'>::staticClass();
+    TestTwin<'B'>::staticClass();
   }
 };
 
@@ -134,6 +151,20 @@ TEST_F(PersistentStream, WritesStringsAsUtf16UnitsWithACount) {
     expected.push_back(static_cast<uint8_t>(unit));
   }
   EXPECT_EQ(written([](auto& o) { o.writeString("\xC3\xA9"); }), expected);
+}
+
+TEST_F(PersistentStream, ConvertsTextWithANonAsciiCharacterAnywhere) {
+  const std::string ascii(40, 'a');
+  for (const std::string& text : {"\xC3\xA9" + ascii, ascii + "\xC3\xA9"}) {
+    auto units = reader(written([&](auto& o) {
+      o.writeString(text);
+      o.writeInt32(7);
+    }));
+    EXPECT_EQ(units.readWString(), AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, text));
+    EXPECT_EQ(units.readInt32(), 7);
+    auto in = reader(written([&](auto& o) { o.writeString(text); }));
+    EXPECT_EQ(in.readString(), text);
+  }
 }
 
 TEST_F(PersistentStream, RoundTripsEveryPrimitive) {
@@ -374,6 +405,18 @@ TEST_F(PersistentStream, RejectsUnknownAndNonPersistentClasses) {
             "Bad type of created instance");
   EXPECT_EQ(readError({0xDA, 0x0C, 0, 0, 0, 1}, [](auto& in) { in.readObject(); }),
             "Bad object index");
+}
+
+TEST_F(PersistentStream, TellsApartClassesWhoseNamesEndAlike) {
+  TestTwin<'A'> a1, a2;
+  TestTwin<'B'> b1, b2;
+  const std::vector<const AFCPersistent*> objects = {&a1, &b1, &b2, &a2};
+  auto in = reader(written([&](auto& o) {
+    for (const AFCPersistent* object : objects) o.writeObject(object);
+  }));
+  for (const AFCPersistent* object : objects) {
+    EXPECT_EQ(in.readOwnedObject<AFCPersistent>()->getClass(), object->getClass());
+  }
 }
 
 TEST_F(PersistentStream, RefusesAnObjectOfAnotherClassThanExpected) {
