@@ -1,0 +1,31 @@
+#include "client/client.h"
+
+#include <algorithm>
+
+#include "foundation/errlog.h"
+
+VXClient::~VXClient() { removeSlave(nullptr); }
+
+void VXClient::addSlave(VXClient* slave) {
+  if (slave == nullptr) return;
+  if (isSlave_) {
+    AFC_REPORT(AFC_ERRLOG_WARNING, "libVX", "Slave cannot have other slaves");
+    return;
+  }
+  if (slave->isSlave_) {
+    AFC_REPORT(AFC_ERRLOG_WARNING, "libVX", "Slave already belongs to other master");
+    return;
+  }
+  slaves_.push_back(slave);
+  slave->isSlave_ = true;
+}
+
+void VXClient::removeSlave(VXClient* slave) {
+  if (slave == nullptr) {
+    for (VXClient* each : slaves_) each->isSlave_ = false;
+    slaves_.clear();
+    return;
+  }
+  std::erase(slaves_, slave);
+  slave->isSlave_ = false;
+}
