@@ -4,7 +4,10 @@
 
 #include "foundation/errlog.h"
 
-VXClient::~VXClient() { removeSlave(nullptr); }
+VXClient::~VXClient() {
+  if (master_ != nullptr) master_->removeSlave(this);
+  removeSlave(nullptr);
+}
 
 void VXClient::addSlave(VXClient* slave) {
   if (slave == nullptr) return;
@@ -18,14 +21,16 @@ void VXClient::addSlave(VXClient* slave) {
   }
   slaves_.push_back(slave);
   slave->isSlave_ = true;
+  slave->master_ = this;
 }
 
 void VXClient::removeSlave(VXClient* slave) {
   if (slave == nullptr) {
-    for (VXClient* each : slaves_) each->isSlave_ = false;
+    for (VXClient* each : slaves_) each->isSlave_ = false, each->master_ = nullptr;
     slaves_.clear();
     return;
   }
-  std::erase(slaves_, slave);
+  if (std::erase(slaves_, slave) == 0) return;
   slave->isSlave_ = false;
+  slave->master_ = nullptr;
 }

@@ -79,4 +79,6 @@ class VXClient : public AFCObject,
  private:
   bool isSlave_ = false;
   std::vector<VXClient*> slaves_;
+  // The session this one is a slave of; a session that dies leaves its master's list.
+  VXClient* master_ = nullptr;
 };

@@ -152,3 +152,16 @@ TEST(Client, AMissingObjectArgumentIsNamed) {
   EXPECT_THROW(session.getClass()->invoke(&session, "addConnectListener", wrongKind),
                AFCInvalidArgumentTypeException);
 }
+
+TEST(Client, ASlaveThatDiesLeavesItsMastersList) {
+  ScriptedSession master;
+  auto slave = std::make_unique<ScriptedSession>();
+  master.addSlave(slave.get());
+  slave.reset();
+  EXPECT_TRUE(master.getSlaves().empty());
+  // Removing a session that is not a slave of this one leaves it alone.
+  ScriptedSession other, foreign;
+  other.addSlave(&foreign);
+  master.removeSlave(&foreign);
+  EXPECT_TRUE(foreign.isSlave());
+}

@@ -49,7 +49,6 @@ struct WrittenPacket {
 class ScriptedSession : public VXClientStream {
  public:
   explicit ScriptedSession(int32_t clientIndex = 0) : VXClientStream(clientIndex) {}
-  ~ScriptedSession() override { removeSlave(nullptr); }
 
   // Bytes the server sends next.
   void serverSends(const Bytes& bytes) {
