@@ -224,3 +224,110 @@ TEST(Socket, ReadingAClosedSocketIsAnIOError) {
     EXPECT_EQ(e.getOperation(), "read() failed");
   }
 }
+
+namespace {
+// A client socket that uses a registry of the test's choosing, as a session's socket does, and
+// records its notifications.
+class RecordingSocket : public AFCClientSocket {
+ public:
+  explicit RecordingSocket(AFCFDAsyncRegistry& registry) : registry_(registry) {}
+  AFCFDAsyncRegistry* getAsyncRegistry() override { return &registry_; }
+
+  std::string seen;
+  std::string data;
+  std::string throwOnRead;
+
+ protected:
+  void onReadable() override {
+    seen += 'R';
+    char bytes[64];
+    data.append(bytes, readAvailable(bytes, sizeof bytes));
+    if (!throwOnRead.empty()) throw AFCException(throwOnRead);
+  }
+  void onWritable() override { seen += 'W'; }
+  void onPeerClosed() override { seen += 'C'; }
+  void onConnected() override { seen += '+'; }
+
+ private:
+  AFCFDAsyncRegistry& registry_;
+};
+
+template <class Done>
+void pumpUntil(AFCFDHandler& handler, Done done) {
+  for (int pass = 0; pass < 50 && !done(); ++pass) handler.mainLoop(-2);
+}
+}  // namespace
+
+TEST(SocketNotifications, ReachTheOverriddenHooksWithTheCloseLast) {
+  AFCFDHandlerEvent handler;
+  AFCServerSocket server;
+  server.bind(0, "127.0.0.1");
+  server.listen();
+  AFCClientSocket client;
+  client.connect("127.0.0.1", server.getLocalPort());
+  RecordingSocket accepted(handler);
+  server.accept(accepted);
+  accepted.enableEvents(AFC_FD_READ);
+  EXPECT_EQ(accepted.getRegistry(), &handler);
+  client.writeAll("hello", 5);
+  client.close();
+  pumpUntil(handler, [&] { return accepted.seen.find('C') != std::string::npos; });
+  EXPECT_EQ(accepted.data, "hello");
+  EXPECT_EQ(accepted.seen.back(), 'C');
+  accepted.close();
+  EXPECT_EQ(handler.getRequestCount(), 0u);
+}
+
+TEST(SocketNotifications, AnExceptionFromAHookIsLoggedWithTheSocketPrefix) {
+  CapturedErrLog log;
+  AFCFDHandlerEvent handler;
+  AFCServerSocket server;
+  server.bind(0, "127.0.0.1");
+  server.listen();
+  AFCClientSocket client;
+  client.connect("127.0.0.1", server.getLocalPort());
+  RecordingSocket accepted(handler);
+  accepted.throwOnRead = "bad packet " + std::to_string(accepted.getLocalPort());
+  server.accept(accepted);
+  accepted.enableEvents(AFC_FD_READ);
+  client.writeAll("x", 1);
+  pumpUntil(handler, [&] { return !accepted.data.empty(); });
+  EXPECT_EQ(log.messages(),
+            std::vector<std::string>{"AFCSocket: client exception: " + accepted.throwOnRead});
+}
+
+TEST(ClientSocket, ANonBlockingConnectIsFinishedByTheHandler) {
+  AFCFDHandlerEvent handler;
+  AFCServerSocket server;
+  server.bind(0, "127.0.0.1");
+  server.listen();
+  RecordingSocket client(handler);
+  client.create();
+  client.setBlocking(false);
+  client.connect("127.0.0.1", server.getLocalPort());
+  pumpUntil(handler, [&] { return client.seen.find('+') != std::string::npos; });
+  EXPECT_FALSE(client.isConnecting());
+  EXPECT_EQ(client.seen.substr(0, 1), "+");
+  EXPECT_EQ(client.getEventMask(), uint32_t{AFC_FD_READ | AFC_FD_WRITE});
+}
+
+TEST(ClientSocket, ANonBlockingConnectThatIsRefusedIsLoggedAndClosesTheSocket) {
+  CapturedErrLog log;
+  AFCFDHandlerEvent handler;
+  const int port = closedLoopbackPort();
+  RecordingSocket client(handler);
+  client.create();
+  client.setBlocking(false);
+  try {
+    client.connect("127.0.0.1", port);
+  } catch (const AFCSocketConnectFailedException&) {
+    // Some systems refuse a loopback connect at once; the socket must be closed all the same.
+    EXPECT_FALSE(client.isOpen());
+    return;
+  }
+  pumpUntil(handler, [&] { return !client.isOpen(); });
+  EXPECT_FALSE(client.isOpen());
+  EXPECT_EQ(log.messages(),
+            std::vector<std::string>{"AFCSocket: client exception: Can't connect to 127.0.0.1, "
+                                     "Connection refused."});
+}
