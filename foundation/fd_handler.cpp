@@ -123,6 +123,11 @@ void AFCFDHandler::releaseDefault() { threadDefault().reset(); }
 
 void AFCFDHandler::deliver(const Entry& entry, uint32_t events) {
   AFCFDRequest& request = *entry.request;
+  // A waitable handle has no mask: its being signalled is the one event it has.
+  if (request.getKind() == AFCFDRequest::KIND_HANDLE) {
+    request.callNotify(events);
+    return;
+  }
   {
     std::lock_guard guard(lock_);
     if (request.closeDelivered_) events &= ~AFC_FD_CLOSE;
