@@ -6,6 +6,34 @@
 #include "foundation/socket_ops.h"
 #include "foundation/thread.h"
 
+namespace {
+// WinSock's FD_READ, FD_WRITE, FD_ACCEPT, FD_CONNECT and FD_CLOSE, paired with the mask bits.
+struct NetworkEvent {
+  uint32_t mask;
+  uint32_t network;
+};
+constexpr NetworkEvent kNetworkEvents[] = {
+    {AFC_FD_READ, 0x01},    {AFC_FD_WRITE, 0x02}, {AFC_FD_ACCEPT, 0x08},
+    {AFC_FD_CONNECT, 0x10}, {AFC_FD_CLOSE, 0x20},
+};
+}  // namespace
+
+uint32_t afcFDMaskToNetworkEvents(uint32_t mask) {
+  uint32_t network = 0;
+  for (const NetworkEvent& event : kNetworkEvents) {
+    if ((mask & event.mask) != 0) network |= event.network;
+  }
+  return network | 0x20;
+}
+
+uint32_t afcFDNetworkEventsToMask(uint32_t networkEvents) {
+  uint32_t mask = 0;
+  for (const NetworkEvent& event : kNetworkEvents) {
+    if ((networkEvents & event.network) != 0) mask |= event.mask;
+  }
+  return mask;
+}
+
 AFCFDRequest::AFCFDRequest(Kind kind, AFCSocketHandle descriptor, uint32_t eventMask)
     : kind_(kind), descriptor_(descriptor), pendingMask_(eventMask) {}
 

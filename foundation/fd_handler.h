@@ -18,7 +18,9 @@
 using AFCSocketHandle = std::intptr_t;
 inline constexpr AFCSocketHandle AFC_INVALID_SOCKET = -1;
 
-// The event mask of requests and notifications; the bits are those of WinSock's FD_ events.
+// The event mask of requests and notifications. WinSock numbers its FD_ events differently
+// (accept, connect and close are 8, 16 and 32 there); afcFDMaskToNetworkEvents() and
+// afcFDNetworkEventsToMask() translate.
 enum AFCFDEvent : uint32_t {
   AFC_FD_READ = 1,
   AFC_FD_WRITE = 2,
@@ -26,6 +28,11 @@ enum AFCFDEvent : uint32_t {
   AFC_FD_ACCEPT = 16,
   AFC_FD_CONNECT = 32,
 };
+
+// WinSock's network events for a mask; close is always included, so that no peer close is lost.
+uint32_t afcFDMaskToNetworkEvents(uint32_t mask);
+// The mask of WinSock network events; events without a place in the mask are dropped.
+uint32_t afcFDNetworkEventsToMask(uint32_t networkEvents);
 
 AFC_DECLARE_EXCEPTION(AFCSelectFailedException, AFCException);
 

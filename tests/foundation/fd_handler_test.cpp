@@ -271,3 +271,13 @@ TEST(FDHandlerEvent, CanBePumpedOnItsOwnThreadWhileRequestsAreAddedFromAnother) 
   EXPECT_EQ(calledOn, pumpId);
   handler.removeRequest(request);
 }
+
+TEST(FDEventMask, MapsToWinSockNetworkEventsAndBackWithCloseAlwaysWatched) {
+  EXPECT_EQ(afcFDMaskToNetworkEvents(AFC_FD_READ | AFC_FD_WRITE), 0x23u);
+  EXPECT_EQ(afcFDMaskToNetworkEvents(AFC_FD_ACCEPT), 0x28u);
+  EXPECT_EQ(afcFDMaskToNetworkEvents(AFC_FD_CONNECT), 0x30u);
+  EXPECT_EQ(afcFDNetworkEventsToMask(0x3b), uint32_t{AFC_FD_READ | AFC_FD_WRITE | AFC_FD_ACCEPT |
+                                                     AFC_FD_CONNECT | AFC_FD_CLOSE});
+  // FD_OOB has no place in the mask.
+  EXPECT_EQ(afcFDNetworkEventsToMask(0x04), 0u);
+}
