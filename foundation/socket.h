@@ -6,7 +6,6 @@
 // readiness reaches the overridable notifications below through its registry.
 #include <cstddef>
 #include <cstdint>
-#include <memory>
 #include <string>
 
 #include "foundation/buffer.h"
@@ -93,8 +92,8 @@ class AFCSocketLibrary {
  public:
   AFCSocketLibrary();
   ~AFCSocketLibrary();
-  AFCSocketLibrary(const AFCSocketLibrary&) : AFCSocketLibrary() {}
-  AFCSocketLibrary& operator=(const AFCSocketLibrary&) { return *this; }
+  AFCSocketLibrary(const AFCSocketLibrary&) = delete;
+  AFCSocketLibrary& operator=(const AFCSocketLibrary&) = delete;
 };
 
 // A TCP socket: its handle (owned; invalid until created), the remote host and port, the time
@@ -103,6 +102,8 @@ class AFCSocketLibrary {
 // Reads and writes throw AFCSocketDisconnectedException and AFCSocketIOErrorException; the
 // option setters throw AFCSocketException for a closed socket. Notifications run on the
 // handler's thread; what they throw is logged as "AFCSocket: client exception: ".
+// On Windows, registering with the event or window handler makes the socket non-blocking (WinSock
+// does so); readExact() and writeAll() wait for readiness then, so callers see no difference.
 class AFCSocket : public AFCFDRequest {
  public:
   AFCSocket();

@@ -17,6 +17,8 @@ std::string connectFailure(AFCClientSocket& socket, int port) {
     socket.connect("127.0.0.1", port);
   } catch (const AFCSocketConnectFailedException& e) {
     EXPECT_FALSE(socket.isOpen());
+    EXPECT_EQ(e.getPort(), port);
+    if (e.getErrorCode() != AFC_WSAECONNREFUSED) return "error " + std::to_string(e.getErrorCode());
     return e.toString();
   }
   return "connected";
