@@ -45,8 +45,10 @@ void AFCFDHandlerWindow::createWindow() {
   windowClass.lpszClassName = kClassName;
   // A second handler (on another thread) finds the class already there.
   const bool registered = RegisterClassA(&windowClass) != 0;
-  window_ = CreateWindowExA(0, kClassName, "AFC Socket Notification Sink", 0, 0, 0, 0, 0, nullptr,
-                            nullptr, module, nullptr);
+  // A message-only window: never shown, and it needs no display (a service or a headless
+  // session has none, where a top-level window cannot be made).
+  window_ = CreateWindowExA(0, kClassName, "AFC Socket Notification Sink", 0, 0, 0, 0, 0,
+                            HWND_MESSAGE, nullptr, module, nullptr);
   if (window_ == nullptr) {
     if (registered) UnregisterClassA(kClassName, module);
     throw AFCSelectFailedException("Cannot create socket sink window");
