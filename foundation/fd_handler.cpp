@@ -1,6 +1,7 @@
 #include "foundation/fd_handler.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "foundation/errlog.h"
 #include "foundation/socket_ops.h"
@@ -115,11 +116,9 @@ bool AFCFDAsyncRegistry::isRegistered(const Entry& entry) const {
 }
 
 namespace {
-// The default handler that getDefault() made for this thread.
-std::unique_ptr<AFCFDHandler>& threadDefault() {
-  thread_local std::unique_ptr<AFCFDHandler> handler;
-  return handler;
-}
+// The default handler that getDefault() made for this thread. A plain pointer: thread-local
+// objects with destructors are not reliable under every threads runtime we build with.
+thread_local AFCFDHandler* threadDefault = nullptr;
 }  // namespace
 
 AFCFDHandler::~AFCFDHandler() {
@@ -138,16 +137,15 @@ void AFCFDHandler::attachToCurrentThread() { AFCThreadData::current().setFDHandl
 AFCFDHandler* AFCFDHandler::getThreadHandler() { return AFCThreadData::current().getFDHandler(); }
 
 AFCFDHandler& AFCFDHandler::getDefault() {
-  // The thread data is made first so that it outlives the thread's default handler.
   AFCThreadData& data = AFCThreadData::current();
   if (data.getFDHandler() != nullptr) return *data.getFDHandler();
-  std::unique_ptr<AFCFDHandler>& owned = threadDefault();
-  owned = makePlatformDefault();
-  owned->attachToCurrentThread();
-  return *owned;
+  std::unique_ptr<AFCFDHandler> made = makePlatformDefault();
+  made->attachToCurrentThread();
+  threadDefault = made.release();
+  return *threadDefault;
 }
 
-void AFCFDHandler::releaseDefault() { threadDefault().reset(); }
+void AFCFDHandler::releaseDefault() { delete std::exchange(threadDefault, nullptr); }
 
 void AFCFDHandler::deliver(const Entry& entry, uint32_t events) {
   AFCFDRequest& request = *entry.request;

@@ -167,7 +167,7 @@ class AFCFDHandler : public AFCFDAsyncRegistry {
   static AFCFDHandler* getThreadHandler();
   // The handler attached to the calling thread; when there is none, the platform's default
   // variant (the window on Windows, the event variant on POSIX) is made, attached, and owned by
-  // the thread until releaseDefault() or the thread's end.
+  // the thread until releaseDefault(), which the thread must call before it ends.
   static AFCFDHandler& getDefault();
   // Destroys the calling thread's handler made by getDefault(), if any.
   static void releaseDefault();
