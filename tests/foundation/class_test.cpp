@@ -11,7 +11,7 @@ namespace {
 // A reflective class with a two-parameter method, a read-write and a const attribute.
 class Counter : public AFCObject {
   AFC_DECLARE_CLASS()
- public:
+public:
   int32_t total = 0;
 };
 
@@ -36,8 +36,7 @@ const AFCClass& Counter::staticClass() {
                 return std::make_unique<AFCAttributeInt32>(static_cast<const Counter&>(self).total);
               },
               [](AFCObject& self, const AFCAttribute& value) {
-                static_cast<Counter&>(self).total =
-                    static_cast<const AFCAttributeInt32&>(value).get();
+                static_cast<Counter&>(self).total = static_cast<const AFCAttributeInt32&>(value).get();
               })
           .attribute("kind", &AFCAttributeString::staticClass(),
                      [](const AFCObject&) -> AFCResult {
@@ -48,7 +47,7 @@ const AFCClass& Counter::staticClass() {
 }
 
 class Reflection : public ::testing::Test {
- protected:
+protected:
   void SetUp() override {
     registerFoundationClasses();
     Counter::staticClass();

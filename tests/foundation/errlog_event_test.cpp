@@ -2,9 +2,9 @@
 
 #include <gtest/gtest.h>
 
-#include <vector>
-
 #include "foundation/attribute.h"
+
+#include <vector>
 
 namespace {
 using Bytes = std::vector<uint8_t>;
@@ -106,9 +106,8 @@ TEST(ErrLogEventReflection, AnswersItsReadOperationsByName) {
   registerFoundationClasses();
   const AFCClass* record = AFCClass::forName("AFCErrLogEvent");
   ASSERT_NE(record, nullptr);
-  AFCErrLogEvent event(AFC_ERRLOG_WARNING, "libAFC",
-                       AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 1)), "x.cpp", 12,
-                       "disk full");
+  AFCErrLogEvent event(AFC_ERRLOG_WARNING, "libAFC", AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 1)),
+                       "x.cpp", 12, "disk full");
   auto call = [&](const char* name) { return record->invoke(&event, name, {})->toString(); };
   EXPECT_EQ(call("getTypeString"), "WARNING");
   EXPECT_EQ(call("getArea"), "libAFC");

@@ -80,11 +80,11 @@ TEST(Object, CloneIsNotImplementedByDefault) {
 }
 
 class Counted : public AFCShareBase {
- public:
+public:
   explicit Counted(int* deaths) : deaths_(deaths) {}
   ~Counted() override { ++*deaths_; }
 
- private:
+private:
   int* deaths_;
 };
 

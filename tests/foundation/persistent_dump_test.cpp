@@ -14,8 +14,8 @@ TEST(PersistentDump, NamesEveryValueOnItsOwnLine) {
 }
 
 TEST(PersistentDump, ShowsNewObjectsByClassName) {
-  const uint8_t bytes[] = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'A', 'b',
-                           'c',  0xDA, 0x0F, 0xDA, 0x0C, 0,    0, 0, 2};
+  const uint8_t bytes[] = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'A', 'b', 'c', 0xDA, 0x0F,
+                           0xDA, 0x0C, 0,    0,    0,    2};
   EXPECT_EQ(afcDumpPersistent(bytes, sizeof bytes), "object new Abc\nbase\nobject ref 2\n");
 }
 
@@ -27,5 +27,6 @@ TEST(PersistentDump, StopsAtTheFirstMalformedValue) {
 
 TEST(HexDump, PrintsOffsetsBytesAndPrintableCharacters) {
   const uint8_t bytes[] = {'A', 0x00, 'z'};
-  EXPECT_EQ(afcHexDump(bytes, sizeof bytes), "000000  41 00 7a" + std::string(39, ' ') + "  A.z\n");
+  EXPECT_EQ(afcHexDump(bytes, sizeof bytes),
+            "000000  41 00 7a" + std::string(39, ' ') + "  A.z\n");
 }

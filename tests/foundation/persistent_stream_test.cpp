@@ -41,7 +41,7 @@ std::string readError(const Bytes& bytes, void (*readAll)(AFCPersistentInputStre
 // An owned node: a value and an optional child it owns.
 class TestNode : public AFCPersistent {
   AFC_DECLARE_CLASS()
- public:
+public:
   int32_t value = 0;
   std::unique_ptr<TestNode> child;
   void write(AFCPersistentOutputStream& out) const override {
@@ -60,7 +60,7 @@ AFC_IMPLEMENT_CLASS(TestNode, AFCPersistent)
 // A shared leaf that several holders may reference.
 class TestShared : public AFCPersistent, public AFCShareBase {
   AFC_DECLARE_CLASS()
- public:
+public:
   std::string name;
   void write(AFCPersistentOutputStream& out) const override {
     AFCPersistent::write(out);
@@ -76,7 +76,7 @@ AFC_IMPLEMENT_CLASS(TestShared, AFCPersistent)
 // Holds two references to shared leaves.
 class TestPair : public AFCPersistent {
   AFC_DECLARE_CLASS()
- public:
+public:
   AFCRef<TestShared> first, second;
   void write(AFCPersistentOutputStream& out) const override {
     AFCPersistent::write(out);
@@ -92,7 +92,7 @@ class TestPair : public AFCPersistent {
 AFC_IMPLEMENT_CLASS(TestPair, AFCPersistent)
 
 class PersistentStream : public ::testing::Test {
- protected:
+protected:
   void SetUp() override {
     registerFoundationClasses();
     TestNode::staticClass();
@@ -112,7 +112,8 @@ TEST_F(PersistentStream, WritesScalarsBigEndianBehindTheirHeaders) {
               ElementsAre(0xDA, 0x09, 0x3F, 0x80, 0, 0));
   EXPECT_THAT(written([](auto& o) { o.writeBool(true); }), ElementsAre(0xDA, 0x02, 1));
   EXPECT_THAT(written([](auto& o) { o.writeInt8(-1); }), ElementsAre(0xDA, 0x01, 0xFF));
-  EXPECT_THAT(written([](auto& o) { o.writeUInt16(0x1234); }), ElementsAre(0xDA, 0x04, 0x12, 0x34));
+  EXPECT_THAT(written([](auto& o) { o.writeUInt16(0x1234); }),
+              ElementsAre(0xDA, 0x04, 0x12, 0x34));
   EXPECT_THAT(written([](auto& o) { o.writeInt64(int64_t{0x0102030405060708}); }),
               ElementsAre(0xDA, 0x07, 1, 2, 3, 4, 5, 6, 7, 8));
   EXPECT_THAT(written([](auto& o) { o.writeUInt64(~uint64_t{0}); }),
@@ -139,8 +140,9 @@ TEST_F(PersistentStream, RoundTripsEveryPrimitive) {
   AFCPersistentOutputStreamBuffer out;
   AFCBuffer blob("\x01\x02\x03", 3);
   out << int8_t{-5} << uint8_t{250} << true << int16_t{-300} << uint16_t{65000} << int32_t{-7}
-      << uint32_t{4000000000u} << int64_t{-9000000000} << uint64_t{18000000000000000000u} << 1.5f
-      << -2.25 << std::string("text \xC3\xA9t\xC3\xA9") << std::u16string_view(u"wide") << blob;
+      << uint32_t{4000000000u} << int64_t{-9000000000} << uint64_t{18000000000000000000u}
+      << 1.5f << -2.25 << std::string("text \xC3\xA9t\xC3\xA9") << std::u16string_view(u"wide")
+      << blob;
   out.writeBinary("xyz", 3);
   auto in = AFCPersistentInputStreamBuffer(AFCRef<AFCBuffer>(&out.getBuffer()));
   EXPECT_EQ(in.readInt8(), -5);
@@ -193,36 +195,31 @@ TEST_F(PersistentStream, RejectsBadHeadersWithTheirTexts) {
             "Bad header type (got=0x6, exp=0x5)");
   EXPECT_EQ(readError({0xDA, 0x05, 0, 0, 0, 1}, [](auto& in) { in.readString(); }),
             "Bad header type (got=0x5, exp=string)");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0xFF, 0xFF, 0xFF, 0xFE},
-                      [](auto& in) {
-                        AFCBuffer b;
-                        in.readBinary(b);
-                      }),
+  EXPECT_EQ(readError({0xDA, 0x0D, 0xFF, 0xFF, 0xFF, 0xFE}, [](auto& in) {
+              AFCBuffer b;
+              in.readBinary(b);
+            }),
             "Bad binary length");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0, 0, 0, 2, 1, 2},
-                      [](auto& in) {
-                        char four[4];
-                        in.readBinary(four, 4);
-                      }),
+  EXPECT_EQ(readError({0xDA, 0x0D, 0, 0, 0, 2, 1, 2}, [](auto& in) {
+              char four[4];
+              in.readBinary(four, 4);
+            }),
             "Length of binary data doesn't match");
 }
 
 TEST_F(PersistentStream, NeverAllocatesMoreThanTheBytesThatRemain) {
   // A string count of two billion in a short payload.
-  EXPECT_EQ(
-      readError({0xDA, 0x0B, 0x77, 0x35, 0x94, 0x00, 0, 'a'}, [](auto& in) { in.readString(); }),
-      "Incorrect data length");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0x7F, 0xFF, 0xFF, 0xFF, 0},
-                      [](auto& in) {
-                        AFCBuffer b;
-                        in.readBinary(b);
-                      }),
+  EXPECT_EQ(readError({0xDA, 0x0B, 0x77, 0x35, 0x94, 0x00, 0, 'a'}, [](auto& in) { in.readString(); }),
             "Incorrect data length");
-  EXPECT_EQ(readError({0xDA, 0x06, 0xFF, 0xFF, 0xFF, 0xFF, 0xDA, 0x0D},
-                      [](auto& in) {
-                        AFCBuffer b;
-                        in.readBuffer(b);
-                      }),
+  EXPECT_EQ(readError({0xDA, 0x0D, 0x7F, 0xFF, 0xFF, 0xFF, 0}, [](auto& in) {
+              AFCBuffer b;
+              in.readBinary(b);
+            }),
+            "Incorrect data length");
+  EXPECT_EQ(readError({0xDA, 0x06, 0xFF, 0xFF, 0xFF, 0xFF, 0xDA, 0x0D}, [](auto& in) {
+              AFCBuffer b;
+              in.readBuffer(b);
+            }),
             "Incorrect data length");
   EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 'A'},
                       [](auto& in) { delete in.readObject(); }),
@@ -268,13 +265,13 @@ TEST_F(PersistentStream, FirstNullUsesUpAWriterNumberThatReadersNeverGive) {
     o.writeObject(&x);
     o.writeObject(nullptr);
   });
-  const Bytes expected = {0xDA, 0x0C, 0,    0,    0,    0,               // null takes number 1
-                          0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0,   8,    // new object
-                          'T',  'e',  's',  't',  'N',  'o',  'd', 'e',  //
-                          0xDA, 0x0F, 0xDA, 0x05, 0,    0,    0,   3,    // base part, value
-                          0xDA, 0x0C, 0,    0,    0,    0,               // no child
-                          0xDA, 0x0C, 0,    0,    0,    2,               // x is number 2
-                          0xDA, 0x0C, 0,    0,    0,    0};
+  const Bytes expected = {0xDA, 0x0C, 0, 0, 0, 0,                          // null takes number 1
+                          0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 8,        // new object
+                          'T', 'e', 's', 't', 'N', 'o', 'd', 'e',          //
+                          0xDA, 0x0F, 0xDA, 0x05, 0, 0, 0, 3,              // base part, value
+                          0xDA, 0x0C, 0, 0, 0, 0,                          // no child
+                          0xDA, 0x0C, 0, 0, 0, 2,                          // x is number 2
+                          0xDA, 0x0C, 0, 0, 0, 0};
   EXPECT_EQ(bytes, expected);
   auto in = reader(bytes);
   EXPECT_EQ(in.readObject(), nullptr);
@@ -336,9 +333,9 @@ TEST_F(PersistentStream, RefusesASecondOwnerForAnOwnedObject) {
   a.value = 1;
   Bytes bytes = written([&](auto& o) { o.writeObject(&a); });
   // A forged second node whose child refers back to the first one.
-  const Bytes forged = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0,    8,    'T',  'e',
-                        's',  't',  'N',  'o',  'd',  'e',  0xDA, 0x0F, 0xDA, 0x05,
-                        0,    0,    0,    2,    0xDA, 0x0C, 0,    0,    0,    1};
+  const Bytes forged = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 8, 'T', 'e', 's', 't', 'N', 'o',
+                        'd',  'e',  0xDA, 0x0F, 0xDA, 0x05, 0,  0, 0, 2,   0xDA, 0x0C, 0,   0,
+                        0,    1};
   bytes.insert(bytes.end(), forged.begin(), forged.end());
   auto in = reader(bytes);
   auto first = in.readOwnedObject<TestNode>();
@@ -366,9 +363,8 @@ TEST_F(PersistentStream, ForgetsTheObjectsOfAFailedRead) {
 }
 
 TEST_F(PersistentStream, RejectsUnknownAndNonPersistentClasses) {
-  EXPECT_EQ(
-      readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0}, [](auto& in) { in.readObject(); }),
-      "Bad object type name");
+  EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0}, [](auto& in) { in.readObject(); }),
+            "Bad object type name");
   EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'N', 'o', 'p'},
                       [](auto& in) { in.readObject(); }),
             "Can't find class Nop");

@@ -72,7 +72,7 @@ const char* const kGolden =
     ;
 
 class WireCompat : public ::testing::Test {
- protected:
+protected:
   void SetUp() override { registerFoundationClasses(); }
 };
 
@@ -90,8 +90,8 @@ TEST_F(WireCompat, ReadsTheGoldenBytesBackToEqualValues) {
   AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
   for (const auto& expected : sample()) {
     std::unique_ptr<AFCAttribute> value = in.readOwnedObject<AFCAttribute>();
-    EXPECT_TRUE(value->equals(*expected))
-        << expected->toString() << " came back as " << value->toString();
+    EXPECT_TRUE(value->equals(*expected)) << expected->toString() << " came back as "
+                                          << value->toString();
     EXPECT_EQ(value->toString(), expected->toString());
   }
   EXPECT_TRUE(in.atEnd());
