@@ -204,7 +204,8 @@ void AFCSocket::notifyOther(uint32_t) {}
 
 void AFCClientSocket::connect(const std::string& host, int port) {
   create();
-  if (port == 0) throw AFCSocketWrongPortException();
+  // 0, and anything a TCP port cannot be, is refused before any lookup.
+  if (port <= 0 || port > 65535) throw AFCSocketWrongPortException();
   uint32_t address = 0;
   if (!afcSocketResolve(host, address)) throw AFCUnknownHostException(host, port);
   host_ = host;
