@@ -155,7 +155,6 @@ TEST_F(ClientTcp, EventsWhileIdleArriveThroughTheRegistry) {
     c.send(noLoginVersion());
     EXPECT_EQ(c.readPacket().type, 0u);  // the client's message: it is idle from here on
     c.send(packetBytes(16, stringBytes("a")) + packetBytes(16, stringBytes("b")));
-    c.waitForClose();
   });
   session_.connect();
   session_.sendMessage("ready");
@@ -186,6 +185,7 @@ TEST_F(ClientTcp, APeerCloseRunsTheDisconnectListenersOnceAndAReconnectResubscri
     for (const WrittenPacket& packet : c.readUntil(7)) types.push_back(packet.type);
   });
   session_.connect();
+  session_.close();
   peer_.join();
   EXPECT_EQ(types, std::vector<uint32_t>{7});
   EXPECT_EQ(events_.seen.back(), "connect 0");
@@ -196,7 +196,6 @@ TEST_F(ClientTcp, ABadMagicFromThePeerClosesTheSessionWithALogLine) {
     c.readPacket();
     c.send(noLoginVersion());
     c.send(Bytes{'B', 'A', 'D', '!', 0, 0, 0, 16, 0, 0, 0, 0});
-    c.waitForClose();
   });
   // The bad packet may come in with the version reply or after it: either way the session
   // ends with one disconnect.

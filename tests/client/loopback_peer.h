@@ -44,6 +44,7 @@ class PeerConnection {
   void close() { socket_.close(); }
   // Holds the connection until the client closes it, ignoring what it sends.
   void waitForClose() {
+    if (!socket_.isOpen()) return;
     try {
       for (;;) readPacket();
     } catch (const AFCSocketDisconnectedException&) {
@@ -75,6 +76,8 @@ class LoopbackPeer {
       try {
         PeerConnection connection(server_);
         script(connection);
+        // A server does not hang up by itself: the connection stays until the client closes.
+        connection.waitForClose();
       } catch (const std::exception& e) {
         failure_ = e.what();
       }
