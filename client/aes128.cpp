@@ -19,16 +19,20 @@ constexpr uint8_t rotl8(uint8_t b, int bits) {
 }
 
 // The S-box from its definition: the multiplicative inverse in GF(2^8), then the affine map.
+// Inverses come from the powers of the generator 3, so the table takes a few thousand steps to
+// compute, well inside every compiler's constant-evaluation limit.
 constexpr std::array<uint8_t, 256> makeSbox() {
+  std::array<uint8_t, 256> power{};
+  std::array<uint8_t, 256> logarithm{};
+  uint8_t value = 1;
+  for (int i = 0; i < 255; ++i) {
+    power[i] = value;
+    logarithm[value] = static_cast<uint8_t>(i);
+    value = static_cast<uint8_t>(value ^ xtime(value));  // times 3
+  }
   std::array<uint8_t, 256> box{};
   for (int x = 0; x < 256; ++x) {
-    uint8_t inverse = 0;
-    for (int y = 1; y < 256 && x != 0; ++y) {
-      if (gmul(static_cast<uint8_t>(x), static_cast<uint8_t>(y)) == 1) {
-        inverse = static_cast<uint8_t>(y);
-        break;
-      }
-    }
+    const uint8_t inverse = x == 0 ? 0 : power[(255 - logarithm[x]) % 255];
     box[x] = static_cast<uint8_t>(inverse ^ rotl8(inverse, 1) ^ rotl8(inverse, 2) ^
                                   rotl8(inverse, 3) ^ rotl8(inverse, 4) ^ 0x63);
   }
