@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/plain_writer.h"
 #include "commands/action.h"
 #include "commands/begin_end_builder.h"
 #include "commands/node_commands.h"
@@ -48,54 +49,13 @@ void buildAction(VXAction& action) {
   }
 }
 
-// ---- the plain loop: the same bytes, written by hand ----
-
-struct Plain {
-  uint8_t* p;
-  void byte(uint8_t b) { *p++ = b; }
-  void be32(uint32_t v) {
-    p[0] = static_cast<uint8_t>(v >> 24);
-    p[1] = static_cast<uint8_t>(v >> 16);
-    p[2] = static_cast<uint8_t>(v >> 8);
-    p[3] = static_cast<uint8_t>(v);
-    p += 4;
-  }
-  void header(uint8_t code) { byte(0xDA), byte(code); }
-  void object(const char* name) {
-    const std::size_t length = std::strlen(name);
-    header(0x0C);
-    be32(0xFFFFFFFFu);
-    byte(static_cast<uint8_t>(length >> 8));
-    byte(static_cast<uint8_t>(length));
-    std::memcpy(p, name, length);
-    p += length;
-    header(0x0F);
-  }
-  void ascii(const std::string& text) {
-    header(0x0B);
-    be32(static_cast<uint32_t>(text.size()));
-    for (char c : text) byte(0), byte(static_cast<uint8_t>(c));
-  }
-  void wide(const std::u16string& text) {
-    header(0x0E);
-    be32(static_cast<uint32_t>(text.size()));
-    for (char16_t c : text) byte(static_cast<uint8_t>(c >> 8)), byte(static_cast<uint8_t>(c));
-  }
-  void f32(float v) {
-    uint32_t bits;
-    std::memcpy(&bits, &v, 4);
-    header(0x09);
-    be32(bits);
-  }
-};
-
 struct Texts {
   std::vector<std::string> targets;
   std::vector<std::u16string> captions;
 };
 
 std::size_t plainWrite(uint8_t* out, const Texts& texts) {
-  Plain w{out};
+  PlainWriter w{out};
   w.object("VXImmediateAction");
   w.header(0x06), w.be32(kCommands);
   for (int i = 0; i < kCommands; ++i) {
@@ -145,23 +105,13 @@ benchmark::Counter perCommandNs(const benchmark::State& state) {
 
 void plainLoop(benchmark::State& state) {
   Fixture& f = fixture();
-  std::vector<uint8_t> out(f.encoded->size() + 64);
-  for (auto _ : state) {
-    std::size_t size = plainWrite(out.data(), f.texts);
-    benchmark::DoNotOptimize(out.data());
-    benchmark::DoNotOptimize(size);
-  }
-  if (plainWrite(out.data(), f.texts) != f.encoded->size() ||
-      std::memcmp(out.data(), f.encoded->data(), f.encoded->size()) != 0) {
-    state.SkipWithError("the plain loop does not write the action's bytes");
-  }
+  runPlainLoop(state, *f.encoded, [&](uint8_t* out) { return plainWrite(out, f.texts); });
 }
 
 void BM_encode_action(benchmark::State& state) {
   Fixture& f = fixture();
   for (auto _ : state) {
-    AFCPersistentOutputStreamBuffer out(AFCPersistentStream::kCurrentVersion,
-                                        f.encoded->size());
+    AFCPersistentOutputStreamBuffer out(AFCPersistentStream::kCurrentVersion, f.encoded->size());
     out.writeObject(&f.action);
     benchmark::DoNotOptimize(out.getBuffer().data());
   }

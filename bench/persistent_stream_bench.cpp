@@ -8,6 +8,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/plain_writer.h"
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "foundation/attribute_vector.h"
@@ -28,14 +29,18 @@ std::vector<std::unique_ptr<AFCAttribute>> sampleAttributes() {
   std::vector<std::unique_ptr<AFCAttribute>> values;
   for (int i = 0; i < kCount; ++i) {
     switch (i % 4) {
-      case 0: values.push_back(std::make_unique<AFCAttributeFloat>(0.5f * i)); break;
+      case 0:
+        values.push_back(std::make_unique<AFCAttributeFloat>(0.5f * i));
+        break;
       case 1: {
         auto v = std::make_unique<AFCAttributeVec3f>();
         for (int c = 0; c < 3; ++c) v->setChannelValue(c, i + c);
         values.push_back(std::move(v));
         break;
       }
-      case 2: values.push_back(std::make_unique<AFCAttributeInt32>(i)); break;
+      case 2:
+        values.push_back(std::make_unique<AFCAttributeInt32>(i));
+        break;
       default: {
         auto s = std::make_unique<AFCAttributeString>();
         s->fromString(titleText(i));
@@ -46,61 +51,28 @@ std::vector<std::unique_ptr<AFCAttribute>> sampleAttributes() {
   return values;
 }
 
-// ---- the plain loop: the same bytes, written by hand ----
-
-struct Plain {
-  uint8_t* p;
-  void byte(uint8_t b) { *p++ = b; }
-  void be32(uint32_t v) {
-    p[0] = static_cast<uint8_t>(v >> 24);
-    p[1] = static_cast<uint8_t>(v >> 16);
-    p[2] = static_cast<uint8_t>(v >> 8);
-    p[3] = static_cast<uint8_t>(v);
-    p += 4;
-  }
-  void header(uint8_t code) {
-    byte(0xDA);
-    byte(code);
-  }
-  void f32(float v) {
-    uint32_t bits;
-    std::memcpy(&bits, &v, 4);
-    header(0x09);
-    be32(bits);
-  }
-  void object(const char* name, std::size_t length) {
-    header(0x0C);
-    be32(0xFFFFFFFFu);
-    byte(static_cast<uint8_t>(length >> 8));
-    byte(static_cast<uint8_t>(length));
-    std::memcpy(p, name, length);
-    p += length;
-    header(0x0F);
-  }
-};
-
 std::size_t plainWrite(uint8_t* out, const std::vector<std::string>& texts) {
-  Plain w{out};
+  PlainWriter w{out};
   for (int i = 0; i < kCount; ++i) {
     switch (i % 4) {
       case 0:
-        w.object("AFCAttributeFloat", 17);
+        w.object("AFCAttributeFloat");
         w.header(0x02), w.byte(1);
         w.f32(0.5f * i);
         break;
       case 1:
-        w.object("AFCAttributeVec3f", 17);
+        w.object("AFCAttributeVec3f");
         w.header(0x06), w.be32(7);
         for (int c = 0; c < 3; ++c) w.f32(static_cast<float>(i + c));
         break;
       case 2:
-        w.object("AFCAttributeInt32", 17);
+        w.object("AFCAttributeInt32");
         w.header(0x02), w.byte(1);
         w.header(0x05), w.be32(static_cast<uint32_t>(i));
         break;
       default: {
         const std::string& text = texts[i];
-        w.object("AFCAttributeString", 18);
+        w.object("AFCAttributeString");
         w.header(0x02), w.byte(1);
         w.header(0x0B), w.be32(static_cast<uint32_t>(text.size()));
         for (char c : text) w.byte(0), w.byte(static_cast<uint8_t>(c));
@@ -130,23 +102,13 @@ Fixture& fixture() {
 
 void plainLoop(benchmark::State& state) {
   Fixture& f = fixture();
-  std::vector<uint8_t> out(f.encoded->size() + 64);
-  for (auto _ : state) {
-    std::size_t size = plainWrite(out.data(), f.texts);
-    benchmark::DoNotOptimize(out.data());
-    benchmark::DoNotOptimize(size);
-  }
-  if (plainWrite(out.data(), f.texts) != f.encoded->size() ||
-      std::memcmp(out.data(), f.encoded->data(), f.encoded->size()) != 0) {
-    state.SkipWithError("the plain loop does not write the stream's bytes");
-  }
+  runPlainLoop(state, *f.encoded, [&](uint8_t* out) { return plainWrite(out, f.texts); });
 }
 
 void BM_encode_attributes(benchmark::State& state) {
   Fixture& f = fixture();
   for (auto _ : state) {
-    AFCPersistentOutputStreamBuffer out(AFCPersistentStream::kCurrentVersion,
-                                        f.encoded->size());
+    AFCPersistentOutputStreamBuffer out(AFCPersistentStream::kCurrentVersion, f.encoded->size());
     for (const auto& value : f.values) out.writeObject(value.get());
     benchmark::DoNotOptimize(out.getBuffer().data());
   }

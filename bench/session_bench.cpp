@@ -230,9 +230,8 @@ void BM_batched_commands(benchmark::State& state) {
   const uint64_t before = c.server.packets();
   for (auto _ : state) c.session.sendAction(action);
   drain(c.server, before + state.iterations());
-  state.counters["figure_batched_commands_per_s"] =
-      benchmark::Counter(static_cast<double>(state.iterations()) * 100,
-                         benchmark::Counter::kIsRate);
+  state.counters["figure_batched_commands_per_s"] = benchmark::Counter(
+      static_cast<double>(state.iterations()) * 100, benchmark::Counter::kIsRate);
 }
 
 }  // namespace
