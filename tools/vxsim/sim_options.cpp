@@ -56,17 +56,20 @@ VXSimVersion vxSimParseVersion(const std::string& text) {
     rest.remove_suffix(6);
   }
   std::string_view minor;
+  bool hasMinor = false;
   uint32_t minorOffset = 0;
   if (const std::size_t dot = rest.find('.'); dot != std::string_view::npos) {
     minor = rest.substr(dot + 1);
     rest = rest.substr(0, dot);
+    hasMinor = true;
   } else if (const std::size_t beta = rest.find("beta"); beta != std::string_view::npos) {
     minor = rest.substr(beta + 4);
     rest = rest.substr(0, beta);
+    hasMinor = true;
     minorOffset = 100;
   }
   version.major = parseNumber(rest, "version", 0x3FFFFFFFu);
-  version.minor = minor.empty() && minorOffset == 0 ? 0 : parseNumber(minor, "version", 100);
+  version.minor = hasMinor ? parseNumber(minor, "version", 100) : 0;
   if (minorOffset != 0 && version.minor == 0) throw VXSimUsageException("Bad version: beta 0");
   version.minor += minorOffset;
   if (debug) version.major |= kDebugBuildBit;
