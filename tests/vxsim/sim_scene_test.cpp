@@ -142,3 +142,25 @@ TEST_F(SimScene, TheTreeDumpIndentsChildrenAndAttributes) {
   scene_.apply(VXSetAttributeCommand("title/txt", "Size", std::make_unique<AFCAttributeInt32>(3)));
   EXPECT_EQ(scene_.dumpTree(), "Root\n  title (Group)\n    txt (Text)\n      .Size = 3\n");
 }
+
+TEST_F(SimScene, RefusesTreesDeeperOrLargerThanItsBounds) {
+  std::string parent = "title/txt";
+  for (std::size_t depth = 2; depth < VXSimScene::kMaxDepth; ++depth) {
+    scene_.apply(VXCreateNodeCommand("Group", "n", parent));
+    parent += "/n";
+  }
+  EXPECT_EQ(failureOf(VXCreateNodeCommand("Group", "n", parent)).rfind("Node too deep: ", 0), 0u);
+  EXPECT_EQ(failureOf(VXCopyNodeCommand("title", "deep", "title/txt")).rfind("Node too deep: ", 0),
+            0u);
+
+  // Copies double the tree: it stops at the node bound, whole copies only.
+  scene_.apply(VXDeleteNodeCommand("title/txt/n"));
+  std::string failure;
+  for (int copy = 0; copy < 40 && failure.empty(); ++copy) {
+    const std::string text =
+        failureOf(VXCopyNodeCommand("title", "c" + std::to_string(copy), "title"));
+    if (text != "applied") failure = text;
+  }
+  EXPECT_EQ(failure, "Scene is full");
+  EXPECT_LE(scene_.getRoot().countNodes() - 1, VXSimScene::kMaxNodes);
+}

@@ -87,6 +87,18 @@ std::unique_ptr<VXSimNode> VXSimNode::clone() const {
   return copy;
 }
 
+std::size_t VXSimNode::countNodes() const {
+  std::size_t count = 1;
+  for (const auto& child : children) count += child->countNodes();
+  return count;
+}
+
+std::size_t VXSimNode::height() const {
+  std::size_t below = 0;
+  for (const auto& child : children) below = std::max(below, child->height());
+  return below + 1;
+}
+
 VXSimScene::VXSimScene() : root_(std::make_unique<VXSimNode>()) {
   root_->name = std::string(kRootName);
 }
@@ -127,7 +139,14 @@ VXSimNode& VXSimScene::freeSlot(std::string_view parentAddress,
 }
 
 void VXSimScene::addChild(std::string_view parentAddress, std::unique_ptr<VXSimNode> child) {
-  freeSlot(parentAddress, child->name).children.push_back(std::move(child));
+  VXSimNode& parent = freeSlot(parentAddress, child->name);
+  if (components(parentAddress).size() + child->height() > kMaxDepth) {
+    throw VXSimSceneException("Node too deep: " + rootPath(parentAddress) + "/" + child->name);
+  }
+  const std::size_t count = child->countNodes();
+  if (nodeCount_ + count > kMaxNodes) throw VXSimSceneException("Scene is full");
+  parent.children.push_back(std::move(child));
+  nodeCount_ += count;
 }
 
 void VXSimScene::removeNode(std::string_view address, VXSimNode::Kind kind) {
@@ -137,6 +156,7 @@ void VXSimScene::removeNode(std::string_view address, VXSimNode::Kind kind) {
     throw VXSimSceneException("Node not found: " + rootPath(address));
   }
   VXSimNode& parent = *find(parentAddress(address));
+  nodeCount_ -= target->countNodes();
   std::erase_if(parent.children, [&](const auto& child) { return child.get() == target; });
 }
 

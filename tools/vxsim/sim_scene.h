@@ -8,7 +8,7 @@
 //
 // A plain value owned by the simulator hub; not thread safe. apply() throws
 // VXSimSceneException when a record cannot be applied (missing node, name taken); the scene is
-// unchanged then.
+// unchanged then. A tree deeper than kMaxDepth or larger than kMaxNodes is refused the same way.
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -45,10 +45,18 @@ struct VXSimNode {
 
   VXSimNode* findChild(std::string_view childName) const;
   std::unique_ptr<VXSimNode> clone() const;
+  // This node and all below it.
+  std::size_t countNodes() const;
+  // Levels from this node down to its deepest descendant, this one included.
+  std::size_t height() const;
 };
 
 class VXSimScene {
  public:
+  // Bounds on what clients can build: the tree is walked recursively, and copies double it.
+  static constexpr std::size_t kMaxDepth = 64;
+  static constexpr std::size_t kMaxNodes = 100000;
+
   VXSimScene();
 
   // Applies one record; zone records change zones (see takeZoneChanges), callback records are
@@ -107,4 +115,5 @@ class VXSimScene {
   std::vector<std::string> messages_;
   std::vector<std::string> projects_;
   int64_t waitTotal_ = 0;
+  std::size_t nodeCount_ = 0;  // below Root
 };
