@@ -33,6 +33,8 @@ class VXSimHub {
   uint32_t getCombinedVersion() const { return options_.version.combined(); }
   VXSimScene& getScene() { return scene_; }
   const std::vector<VXSimConnection*>& getConnections() const { return connections_; }
+  // The camera last switched to through "::CameraManager.switchCamera"; empty before.
+  const std::string& getCamera() const { return camera_; }
 
   // Lines of the simulator's log go to the sink (none by default).
   void setLogSink(LogSink sink) { logSink_ = std::move(sink); }
@@ -58,7 +60,10 @@ class VXSimHub {
   void notifyZoneChanges();
   VXROAReply serveRemote(VXSimConnection& from, const VXROARequest& request);
   VXROAReply serveService(VXSimConnection& from, const std::string& object,
-                          const std::string& member, int32_t kind);
+                          const std::string& member, int32_t kind, const VXROAValues& arguments);
+  VXROAReply servePreview(const std::string& call, const std::string& member,
+                          const VXROAValues& arguments);
+  VXROAReply servePick(VXSimConnection& from, const VXROAValues& arguments);
   VXROAReply serveNode(const std::string& object, const std::string& member, int32_t kind,
                        const VXROAValues& arguments);
 
@@ -67,5 +72,6 @@ class VXSimHub {
   std::vector<VXSimConnection*> connections_;
   LogSink logSink_;
   std::mt19937 random_;
-  int32_t lastPreviewId_ = 0;
+  int32_t lastPreviewId_ = 0;  // ids handed out are 1 up to this
+  std::string camera_;
 };

@@ -1,5 +1,9 @@
 // Remote objects of the simulator: the scene's nodes by "Root/..." path with their attributes,
-// and the server's services ("::Preview", "::Pick").
+// and the server's services ("::Preview", "::Pick", "::CameraManager", "::Control").
+#include <algorithm>
+#include <map>
+#include <set>
+
 #include "client/client_packet.h"
 #include "client/roa_exceptions.h"
 #include "foundation/attribute_scalar.h"
@@ -41,6 +45,12 @@ std::string escapeXml(const std::string& text) {
   return out;
 }
 
+// The argument at index; a missing or null one makes the request bad.
+const AFCAttribute& argumentAt(const VXROAValues& arguments, std::size_t index) {
+  if (index >= arguments.size() || !arguments[index]) throw VXROABadRequest();
+  return *arguments[index];
+}
+
 }  // namespace
 
 VXROAReply vxSimExceptionReply(const std::string& text) {
@@ -68,28 +78,73 @@ VXROAReply VXSimHub::serveRemote(VXSimConnection& from, const VXROARequest& requ
   if (dot == std::string::npos || dot == 0 || dot + 1 == target.size()) throw VXROABadRequest();
   const std::string object = target.substr(0, dot);
   const std::string member = target.substr(dot + 1);
-  if (object.starts_with(kServicePrefix)) return serveService(from, object, member, kind);
+  if (object.starts_with(kServicePrefix))
+    return serveService(from, object, member, kind, request.getArguments());
   return serveNode(object, member, kind, request.getArguments());
 }
 
 VXROAReply VXSimHub::serveService(VXSimConnection& from, const std::string& object,
-                                  const std::string& member, int32_t kind) {
-  if (object == "::Preview") {
-    if (member != "generateID") throw VXROAEntityNotFound("Method", member);
-    if (kind != VX_ROA_INVOKE) throw VXROABadRequest();
+                                  const std::string& member, int32_t kind,
+                                  const VXROAValues& arguments) {
+  static const std::map<std::string, std::set<std::string>> kServices = {
+      {"::Preview", {"generateID", "getStillImageFile", "getSequenceImageFile"}},
+      {"::Pick", {"sendRequest"}},
+      {"::CameraManager", {"switchCamera"}},
+      {"::Control", {"writePicture", "writeScene"}},
+  };
+  const auto service = kServices.find(object);
+  if (service == kServices.end()) throw VXROAEntityNotFound("object", object);
+  if (!service->second.contains(member)) throw VXROAEntityNotFound("Method", member);
+  if (kind != VX_ROA_INVOKE) throw VXROABadRequest();
+  const std::string call = "client " + std::to_string(from.getId()) + ": " + object + "." + member;
+  if (object == "::Preview") return servePreview(call, member, arguments);
+  if (object == "::Pick") return servePick(from, arguments);
+  if (object == "::CameraManager") {
+    camera_ = argumentAt(arguments, 0).toString();
+    log(call + " " + camera_);
+  } else {
+    log(call);
+  }
+  return VXROAReply(VX_ROA_REPLY_VOID);
+}
+
+VXROAReply VXSimHub::servePreview(const std::string& call, const std::string& member,
+                                  const VXROAValues& arguments) {
+  if (member == "generateID") {
     return valueReply(std::make_unique<AFCAttributeInt32>(++lastPreviewId_));
   }
-  if (object == "::Pick") {
-    if (member != "sendRequest") throw VXROAEntityNotFound("Method", member);
-    if (kind != VX_ROA_INVOKE) throw VXROABadRequest();
-    const std::string xml = "<?xml version=\"1.0\"?><pick><node path=\"" +
-                            escapeXml(scene_.firstLeafPath()) + "\"/></pick>";
-    AFCPersistentOutputStreamBuffer out(getCombinedVersion());
-    out.writeString(xml);
-    from.sendAfterReply(VXClientPacket::kPickResult, out.getBuffer());
-    return VXROAReply(VX_ROA_REPLY_VOID);
+  const int32_t id = argumentAt(arguments, 0).getInt();
+  const std::string fileName = argumentAt(arguments, 1).toString();
+  if (id <= 0 || id > lastPreviewId_) throw VXROAEntityNotFound("Preview", std::to_string(id));
+  log(call + " " + std::to_string(id) + " " + fileName);
+  if (member == "getStillImageFile") return VXROAReply(VX_ROA_REPLY_VOID);
+  // One image per preview record of the id: a sequence's begin and end make two.
+  const std::string prefix = std::to_string(id) + " ";
+  const auto images =
+      std::count_if(scene_.getPreviews().begin(), scene_.getPreviews().end(),
+                    [&](const std::string& entry) { return entry.starts_with(prefix); });
+  return valueReply(std::make_unique<AFCAttributeInt32>(static_cast<int32_t>(images)));
+}
+
+VXROAReply VXSimHub::servePick(VXSimConnection& from, const VXROAValues& arguments) {
+  // A tag picks the first node of that name, a position (or nothing) the first leaf.
+  std::string path = scene_.firstLeafPath();
+  std::string where;
+  if (arguments.size() == 1) {
+    const std::string tag = argumentAt(arguments, 0).toString();
+    path = scene_.findNamed(tag);
+    where = " tag=\"" + escapeXml(tag) + "\"";
+  } else if (arguments.size() == 2) {
+    where = " x=\"" + escapeXml(argumentAt(arguments, 0).toString()) + "\" y=\"" +
+            escapeXml(argumentAt(arguments, 1).toString()) + "\"";
   }
-  throw VXROAEntityNotFound("object", object);
+  std::string xml = "<?xml version=\"1.0\"?><pick" + where + ">";
+  if (!path.empty()) xml += "<node path=\"" + escapeXml(path) + "\"/>";
+  xml += "</pick>";
+  AFCPersistentOutputStreamBuffer out(getCombinedVersion());
+  out.writeString(xml);
+  from.sendAfterReply(VXClientPacket::kPickResult, out.getBuffer());
+  return VXROAReply(VX_ROA_REPLY_VOID);
 }
 
 VXROAReply VXSimHub::serveNode(const std::string& object, const std::string& member, int32_t kind,

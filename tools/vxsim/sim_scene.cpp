@@ -176,6 +176,25 @@ std::string VXSimScene::firstLeafPath() const {
   return path;
 }
 
+namespace {
+
+bool findNamedBelow(const VXSimNode& node, std::string_view name, std::string& path) {
+  for (const auto& child : node.children) {
+    const std::size_t length = path.size();
+    path += "/" + child->name;
+    if (child->name == name || findNamedBelow(*child, name, path)) return true;
+    path.resize(length);
+  }
+  return false;
+}
+
+}  // namespace
+
+std::string VXSimScene::findNamed(std::string_view name) const {
+  std::string path(kRootName);
+  return findNamedBelow(*root_, name, path) ? path : std::string();
+}
+
 void VXSimScene::setZones(const VXZonesState& zones) {
   for (const auto& [zone, state] : zones.getZones()) {
     zones_.set(zone, state);

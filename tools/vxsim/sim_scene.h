@@ -69,6 +69,8 @@ class VXSimScene {
   // "Root/..." of the first node found depth first that has no children, or "Root" when the
   // scene is empty.
   std::string firstLeafPath() const;
+  // "Root/..." of the first node found depth first with that name; empty when none has it.
+  std::string findNamed(std::string_view name) const;
 
   // Sets the attribute of the node at address, keeping the value's type (the value is cloned).
   void setAttribute(std::string_view address, const std::string& name, const AFCAttribute& value);
