@@ -9,6 +9,7 @@
 #include <thread>
 #include <vector>
 
+#include "client/client_packet.h"
 #include "client/register.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxsim/sim_console.h"
@@ -18,20 +19,19 @@ namespace {
 
 // Lines typed by the operator, read on a thread of their own (a blocking read of standard
 // input cannot be part of the descriptor handler on every platform) and handed to the server's
-// thread, which the reader wakes.
+// thread, which the reader wakes. The reader is never destroyed: at exit it may still be blocked
+// in a read, so the handler is taken from it (release) before the handler goes.
 class ConsoleReader {
  public:
-  explicit ConsoleReader(AFCFDHandler& handler) {
-    std::thread([this, &handler] {
+  explicit ConsoleReader(AFCFDHandler& handler) : handler_(&handler) {
+    std::thread([this] {
       std::string line;
       while (std::getline(std::cin, line)) {
-        {
-          std::lock_guard lock(lock_);
-          lines_.push_back(line);
-        }
-        handler.wakeUp();
+        std::lock_guard lock(lock_);
+        lines_.push_back(line);
+        if (handler_ != nullptr) handler_->wakeUp();
       }
-    }).detach();  // blocked in a read at exit: nothing to join
+    }).detach();
   }
   std::vector<std::string> take() {
     std::lock_guard lock(lock_);
@@ -39,9 +39,14 @@ class ConsoleReader {
     lines_.clear();
     return lines;
   }
+  void release() {
+    std::lock_guard lock(lock_);
+    handler_ = nullptr;
+  }
 
  private:
   std::mutex lock_;
+  AFCFDHandler* handler_;  // not owned; null once released
   std::deque<std::string> lines_;
 };
 
@@ -53,13 +58,18 @@ int serve(const VXSimOptions& options) {
   VXSimServer server(hub, handler);
   const int port = server.listen(options.host, options.port);
   std::cout << "vxsim listening on " << options.host << ":" << port << std::endl;
-  // The reader outlives this function on purpose: it is detached and may still hold a line.
+  if (!options.password.empty() && options.version.combined() < VXClientPacket::kLoginVersion) {
+    hub.log(
+        "warning: clients log in only from version 2295.7 (or 2295beta7) on; with this "
+        "version and a password every client is refused");
+  }
   auto* console = new ConsoleReader(handler);
   server.run([&] {
     for (const std::string& line : console->take()) {
       if (vxSimConsoleCommand(hub, line, std::cout) == VXSimConsoleResult::Quit) server.stop();
     }
   });
+  console->release();
   return 0;
 }
 

@@ -23,7 +23,7 @@ void VXSimServer::acceptClient() {
   client->setTimeLimit(kWriteTimeLimitMs);
   client->setNagleBuffer(false);
   client->enableEvents(AFC_FD_READ | AFC_FD_CLOSE);
-  hub_.log("client " + std::to_string(client->connection.getId()) + " connected from " +
+  hub_.log("client " + std::to_string(client->connection().getId()) + " connected from " +
            client->getHost() + ":" + std::to_string(client->getPort()));
   clients_.push_back(std::move(client));
 }
@@ -34,45 +34,45 @@ void VXSimServer::Client::onReadable() {
     for (;;) {
       const std::size_t count = readAvailable(bytes, sizeof bytes);
       if (count == 0) break;
-      connection.feed(bytes, count);
-      if (connection.isClosed()) break;
+      connection_.feed(bytes, count);
+      if (connection_.isClosed()) break;
     }
   } catch (const AFCSocketDisconnectedException&) {
-    connection.markClosed();
+    connection_.markClosed();
   } catch (const AFCException& e) {
     // Framing broke or the socket failed: the stream cannot be trusted any more.
-    server_.hub_.log("client " + std::to_string(connection.getId()) + ": " + e.what());
-    connection.markClosed();
+    server_.hub_.log("client " + std::to_string(connection_.getId()) + ": " + e.what());
+    connection_.markClosed();
   }
   server_.flush();
 }
 
 void VXSimServer::Client::onPeerClosed() {
-  connection.markClosed();
+  connection_.markClosed();
   server_.flush();
 }
 
 void VXSimServer::sendOutput(Client& client) {
-  const std::vector<uint8_t> bytes = client.connection.takeOutput();
+  const std::vector<uint8_t> bytes = client.connection().takeOutput();
   if (bytes.empty() || !client.isOpen()) return;
   try {
     client.writeAll(bytes.data(), bytes.size());
   } catch (const AFCException& e) {
-    hub_.log("client " + std::to_string(client.connection.getId()) + ": " + e.what());
-    client.connection.markClosed();
+    hub_.log("client " + std::to_string(client.connection().getId()) + ": " + e.what());
+    client.connection().markClosed();
   }
 }
 
 void VXSimServer::closeClient(Client& client, const std::string& why) {
   if (!client.isOpen()) return;
   client.close();
-  hub_.log("client " + std::to_string(client.connection.getId()) + " " + why);
+  hub_.log("client " + std::to_string(client.connection().getId()) + " " + why);
 }
 
 void VXSimServer::flush() {
   for (const auto& client : clients_) {
-    if (!client->connection.isClosed()) sendOutput(*client);
-    if (client->connection.isClosed()) closeClient(*client, "disconnected");
+    if (!client->connection().isClosed()) sendOutput(*client);
+    if (client->connection().isClosed()) closeClient(*client, "disconnected");
   }
 }
 

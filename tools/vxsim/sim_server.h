@@ -57,15 +57,17 @@ class VXSimServer {
 
   class Client : public AFCClientSocket {
    public:
-    Client(VXSimServer& server, int id) : server_(server), connection(server.hub_, id) {}
+    Client(VXSimServer& server, int id) : server_(server), connection_(server.hub_, id) {}
     AFCFDAsyncRegistry* getAsyncRegistry() override { return &server_.handler_; }
-
-    VXSimServer& server_;
-    VXSimConnection connection;
+    VXSimConnection& connection() { return connection_; }
 
    protected:
     void onReadable() override;
     void onPeerClosed() override;
+
+   private:
+    VXSimServer& server_;
+    VXSimConnection connection_;
   };
 
   void acceptClient();
