@@ -1,7 +1,5 @@
 #include "tools/vxsim/sim_connection.h"
 
-#include <cstring>
-
 #include "client/client_exceptions.h"
 #include "client/client_packet.h"
 #include "client/login.h"
