@@ -46,6 +46,8 @@ TEST(SimHub, AnUnappliableCommandBecomesAnErrLogEntryForSubscribersOnly) {
                 "a: errlog client 2: DeleteNode missing failed, Node not found: Root/missing"});
   EXPECT_NE(recording.hub.getScene().find("after"), nullptr);  // the action went on
   EXPECT_EQ(other.bytesPending(), 0u);
+  EXPECT_EQ(recording.lines.at(recording.lines.size() - 2),
+            "client 2: action on channel 0: DeleteNode missing; Create node Group as /after;");
   EXPECT_EQ(recording.lines.back(),
             "ERROR client 2: DeleteNode missing failed, Node not found: Root/missing");
 }

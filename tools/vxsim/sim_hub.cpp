@@ -35,6 +35,10 @@ std::vector<uint8_t> VXSimHub::makeChallenge() {
 }
 
 void VXSimHub::runAction(VXSimConnection& from, const VXAction& action) {
+  std::string line = "client " + std::to_string(from.getId()) + ": action on channel " +
+                     std::to_string(action.getChannel()) + ":";
+  for (const auto& record : action.getCommands()) line += " " + record->toString() + ";";
+  log(line);
   std::vector<int32_t> callbacks;
   for (const auto& record : action.getCommands()) {
     if (const auto* callback = dynamic_cast<const VXCallbackCommand*>(record.get())) {
