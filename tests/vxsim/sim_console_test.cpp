@@ -1,0 +1,61 @@
+#include "tools/vxsim/sim_console.h"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "tests/vxsim/sim_test_support.h"
+
+namespace {
+
+class SimConsole : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    session_.addZoneNotifyListener("L3", &listener_);
+    session_.addErrLogListener(&listener_);
+    session_.addServerMessageListener(&listener_);
+    session_.connect();
+  }
+  std::string run(const std::string& line) {
+    std::ostringstream out;
+    EXPECT_EQ(vxSimConsoleCommand(recording_.hub, line, out), VXSimConsoleResult::Continue);
+    session_.dispatchPending();
+    return out.str();
+  }
+
+  RecordingHub recording_;
+  PipedSession session_{recording_.hub, 1};
+  std::vector<std::string> seen_;
+  RecordingListener listener_{&seen_};
+};
+
+}  // namespace
+
+TEST_F(SimConsole, ZoneMessageAndErrLogReachTheClient) {
+  run("zone L3 on");
+  run("message  on air now");
+  run("errlog warning disk low");
+  ASSERT_EQ(seen_.size(), 3u);
+  EXPECT_EQ(seen_[0].rfind("l: zones ", 0), 0u);
+  EXPECT_EQ(seen_[1], "l: message on air now");
+  EXPECT_EQ(seen_[2], "l: errlog disk low");
+  EXPECT_EQ(recording_.lines.back(), "WARNING disk low");
+}
+
+TEST_F(SimConsole, TreePrintsTheSceneAndBadLinesPrintTheirUsage) {
+  session_.createNode("Group", "a", "");
+  EXPECT_EQ(run("tree"), "Root\n  a (Group)\n");
+  EXPECT_EQ(run("zone L3 maybe"), "usage: zone NAME on|off\n");
+  EXPECT_EQ(run("errlog LOUD x"),
+            "usage: errlog LEVEL TEXT (LEVEL: DEBUG, INFO, WARNING, ERROR or 0-4)\n");
+  EXPECT_EQ(run("fly").rfind("unknown command: fly", 0), 0u);
+  EXPECT_EQ(run(""), "");
+  EXPECT_TRUE(seen_.empty());
+}
+
+TEST_F(SimConsole, DropClosesEveryConnectionAndQuitEnds) {
+  std::ostringstream out;
+  EXPECT_EQ(vxSimConsoleCommand(recording_.hub, "drop", out), VXSimConsoleResult::Continue);
+  EXPECT_TRUE(session_.connection().isClosed());
+  EXPECT_EQ(vxSimConsoleCommand(recording_.hub, "quit", out), VXSimConsoleResult::Quit);
+}

@@ -1,0 +1,133 @@
+#include "tools/vxsim/sim_server.h"
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "client/client_exceptions.h"
+#include "client/client_tcp.h"
+#include "foundation/attribute_string.h"
+#include "tests/vxsim/sim_test_support.h"
+#include "tools/vxsim/sim_console.h"
+
+namespace {
+
+// The simulator's server on 127.0.0.1, port 0, run on a thread of its own as the program runs
+// it; operator lines are handed to that thread.
+class RunningServer {
+ public:
+  explicit RunningServer(VXSimOptions options) : hub_(std::move(options)), server_(hub_, handler_) {
+    port_ = server_.listen("127.0.0.1", 0);
+    thread_ = std::thread([this] { server_.run([this] { runConsoleLines(); }); });
+  }
+  ~RunningServer() {
+    server_.stop();
+    thread_.join();
+  }
+  std::string address() const { return "127.0.0.1:" + std::to_string(port_); }
+  void console(const std::string& line) {
+    {
+      std::lock_guard lock(lock_);
+      lines_.push_back(line);
+    }
+    handler_.wakeUp();
+  }
+
+ private:
+  void runConsoleLines() {
+    std::vector<std::string> lines;
+    {
+      std::lock_guard lock(lock_);
+      lines.swap(lines_);
+    }
+    std::ostringstream out;
+    for (const std::string& line : lines) vxSimConsoleCommand(hub_, line, out);
+  }
+
+  VXSimHub hub_;
+  AFCFDHandlerEvent handler_;
+  VXSimServer server_;
+  int port_ = 0;
+  std::mutex lock_;
+  std::vector<std::string> lines_;
+  std::thread thread_;
+};
+
+class SimServer : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    first_.close();
+    second_.close();
+  }
+  void connect(VXClientTcp& session, const RunningServer& server) {
+    session.setServerAddress(server.address());
+    session.setAsyncRegistry(&handler_);
+    session.setPassword("secret");
+    ASSERT_TRUE(session.connect());
+  }
+  bool pumpUntil(const std::function<bool()>& done) {
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
+    while (!done() && std::chrono::steady_clock::now() < deadline) handler_.mainLoop(10);
+    return done();
+  }
+
+  AFCFDHandlerEvent handler_;
+  VXClientTcp first_{1};
+  VXClientTcp second_{2};
+  std::vector<std::string> seen_;
+  RecordingListener listener_{&seen_};
+};
+
+VXSimOptions secretOptions() {
+  VXSimOptions options;
+  options.password = "secret";
+  options.version = vxSimParseVersion("2295beta8");
+  return options;
+}
+
+}  // namespace
+
+TEST_F(SimServer, TwoTcpClientsShareOneSceneAndGetTheirEvents) {
+  RunningServer server(secretOptions());
+  second_.addZoneNotifyListener("L3", &listener_);
+  second_.addServerMessageListener(&listener_);
+  connect(first_, server);
+  connect(second_, server);
+  EXPECT_EQ(first_.getServerVersion(), "2295beta8");
+
+  first_.createNode("Text", "txt", "");
+  first_.setAttribute("txt", "Text", std::make_unique<AFCAttributeString>("on air"));
+  const auto text = second_.remoteGetAttr("Root/txt.Text");
+  ASSERT_NE(text, nullptr);
+  EXPECT_EQ(text->toString(), "on air");
+
+  VXZonesState zones;
+  zones.set("L3", true);
+  first_.setZoneState(zones);
+  server.console("message hello");
+  EXPECT_TRUE(pumpUntil([&] { return seen_.size() == 2; }));
+  ASSERT_EQ(seen_.size(), 2u);
+  EXPECT_EQ(seen_[0].rfind("l: zones ", 0), 0u);
+  EXPECT_EQ(seen_[1], "l: message hello");
+}
+
+TEST_F(SimServer, ADropFromTheConsoleDisconnectsTheClients) {
+  RunningServer server(secretOptions());
+  first_.addDisconnectListener(&listener_);
+  connect(first_, server);
+  server.console("drop");
+  EXPECT_TRUE(pumpUntil([&] { return !first_.isOpen(); }));
+  EXPECT_EQ(seen_, std::vector<std::string>{"l: disconnect 1"});
+}
+
+TEST_F(SimServer, AWrongPasswordFailsTheTcpConnect) {
+  RunningServer server(secretOptions());
+  first_.setServerAddress(server.address());
+  first_.setAsyncRegistry(&handler_);
+  first_.setPassword("guess");
+  EXPECT_THROW(first_.connect(), VXClientException);
+  EXPECT_FALSE(first_.isOpen());
+}

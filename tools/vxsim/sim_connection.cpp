@@ -1,0 +1,217 @@
+#include "tools/vxsim/sim_connection.h"
+
+#include "client/client_exceptions.h"
+#include "client/client_packet.h"
+#include "client/login.h"
+#include "client/roa_exceptions.h"
+#include "commands/zone_state.h"
+#include "foundation/persistent_stream.h"
+#include "tools/vxsim/sim_hub.h"
+
+namespace {
+
+using Type = VXClientPacket::PacketType;
+
+void putWord(std::vector<uint8_t>& out, uint32_t value) {
+  for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<uint8_t>(value >> shift));
+}
+
+uint32_t getWord(const uint8_t* p) {
+  return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | uint32_t{p[3]};
+}
+
+AFCBuffer bufferOf(const std::vector<uint8_t>& bytes) {
+  return AFCBuffer(bytes.data(), bytes.size());
+}
+
+}  // namespace
+
+VXSimConnection::VXSimConnection(VXSimHub& hub, int id)
+    : hub_(hub), id_(id), loggedIn_(hub.getOptions().password.empty()) {
+  hub_.attach(*this);
+}
+
+VXSimConnection::~VXSimConnection() { hub_.detach(*this); }
+
+std::vector<uint8_t> VXSimConnection::takeOutput() { return std::exchange(output_, {}); }
+
+void VXSimConnection::send(uint32_t type, const AFCBuffer& payload) {
+  putWord(output_, kMagic);
+  putWord(output_, type);
+  putWord(output_, static_cast<uint32_t>(payload.size()));
+  output_.insert(output_.end(), payload.data(), payload.data() + payload.size());
+}
+
+void VXSimConnection::sendAfterReply(uint32_t type, AFCBuffer payload) {
+  afterReply_.emplace_back(type, std::move(payload));
+}
+
+void VXSimConnection::flushAfterReply() {
+  for (const auto& [type, payload] : std::exchange(afterReply_, {})) send(type, payload);
+}
+
+void VXSimConnection::feed(const uint8_t* bytes, std::size_t count) {
+  if (closed_) return;
+  input_.insert(input_.end(), bytes, bytes + count);
+  std::size_t at = 0;
+  try {
+    while (!closed_ && input_.size() - at >= kHeaderSize) {
+      const uint8_t* header = input_.data() + at;
+      if (getWord(header) != kMagic) {
+        throw VXCommunicationErrorException("Bad magic in packet header");
+      }
+      const uint32_t type = getWord(header + 4);
+      const uint32_t length = getWord(header + 8);
+      if (length > kMaxPayload) {
+        hub_.log("client " + std::to_string(id_) + ": declared packet length " +
+                 std::to_string(length) + ", PacketType=" + std::to_string(type));
+        throw VXCommunicationErrorException("Wrong packet length");
+      }
+      if (input_.size() - at - kHeaderSize < length) break;
+      const AFCBuffer payload(header + kHeaderSize, length);
+      at += kHeaderSize + length;
+      servePacket(type, payload);
+    }
+  } catch (const VXCommunicationErrorException&) {
+    closed_ = true;
+    input_.clear();
+    throw;
+  }
+  input_.erase(input_.begin(), input_.begin() + static_cast<std::ptrdiff_t>(at));
+}
+
+void VXSimConnection::servePacket(uint32_t type, const AFCBuffer& payload) {
+  const bool handshake = type == Type::kVersionRequest || type == Type::kLoginChallengeRequest ||
+                         type == Type::kLoginResponse;
+  if (!loggedIn_ && !handshake) {
+    hub_.log("client " + std::to_string(id_) + ": packet " + std::to_string(type) +
+             " before login, ignored");
+    return;
+  }
+  try {
+    serveRequest(type, payload);
+  } catch (const AFCException& e) {
+    hub_.log("client " + std::to_string(id_) + ": packet " + std::to_string(type) + " dropped, " +
+             e.what());
+  }
+}
+
+void VXSimConnection::serveRequest(uint32_t type, const AFCBuffer& payload) {
+  switch (type) {
+    case Type::kAction:
+      return serveAction(payload);
+    case Type::kSetZoneState:
+      return serveSetZoneState(payload);
+    case Type::kGetZoneState:
+      return serveGetZoneState(payload);
+    case Type::kVersionRequest:
+      return serveVersion();
+    case Type::kZoneRegister:
+    case Type::kZoneUnregister:
+      return serveZoneRegistration(type, payload);
+    case Type::kROARequest:
+      return serveRemoteObjectRequest(payload);
+    case Type::kErrLogSubscribe:
+    case Type::kErrLogUnsubscribe:
+      errLogSubscriber_ = type == Type::kErrLogSubscribe;
+      return;
+    case Type::kLoginChallengeRequest:
+      return serveChallenge();
+    case Type::kLoginResponse:
+      return serveLoginResponse(payload);
+    default:
+      hub_.log("client " + std::to_string(id_) + ": unexpected packet type " +
+               std::to_string(type) + ", ignored");
+  }
+}
+
+void VXSimConnection::serveVersion() {
+  const VXSimVersion& version = hub_.getOptions().version;
+  std::vector<uint8_t> words;
+  for (uint32_t word :
+       {version.word0, version.word1, version.word2, version.major, version.minor}) {
+    putWord(words, word);
+  }
+  send(Type::kVersionReply, bufferOf(words));
+}
+
+void VXSimConnection::serveChallenge() {
+  challenge_.clear();
+  if (!hub_.getOptions().password.empty()) challenge_ = hub_.makeChallenge();
+  send(Type::kLoginChallenge, bufferOf(challenge_));
+}
+
+void VXSimConnection::serveLoginResponse(const AFCBuffer& payload) {
+  const std::vector<uint8_t> response(payload.data(), payload.data() + payload.size());
+  const bool accepted =
+      !challenge_.empty() && response == vxLoginResponse(hub_.getOptions().password, challenge_);
+  challenge_.clear();  // one answer per challenge
+  loggedIn_ = loggedIn_ || accepted;
+  hub_.log("client " + std::to_string(id_) + (accepted ? ": logged in" : ": login refused"));
+  send(Type::kLoginAnswer, bufferOf({static_cast<uint8_t>(accepted ? 1 : 0)}));
+}
+
+void VXSimConnection::serveAction(const AFCBuffer& payload) {
+  AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
+  const std::unique_ptr<VXAction> action = in.readOwnedObject<VXAction>();
+  if (action) hub_.runAction(*this, *action);
+}
+
+void VXSimConnection::serveSetZoneState(const AFCBuffer& payload) {
+  AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
+  VXZonesState zones;
+  zones.read(in);
+  hub_.setZones(zones);
+}
+
+void VXSimConnection::serveGetZoneState(const AFCBuffer& payload) {
+  VXZonesState asked;
+  try {
+    AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
+    asked.read(in);
+  } catch (const AFCException& e) {
+    // The client waits for the reply whatever it sent: it gets an empty state.
+    hub_.log("client " + std::to_string(id_) + ": bad zone-state request, " + e.what());
+    asked = VXZonesState();
+  }
+  const VXZonesState& current = hub_.getScene().getZones();
+  VXZonesState reply;
+  for (const auto& [zone, state] : asked.getZones()) {
+    reply.set(zone, current.contains(zone) && current.get(zone));
+  }
+  AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
+  reply.write(out);
+  send(Type::kZoneState, out.getBuffer());
+}
+
+void VXSimConnection::serveZoneRegistration(uint32_t type, const AFCBuffer& payload) {
+  AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
+  std::string zone = in.readString();
+  if (type == Type::kZoneRegister) {
+    zones_.insert(std::move(zone));
+  } else {
+    zones_.erase(zone);
+  }
+}
+
+void VXSimConnection::serveRemoteObjectRequest(const AFCBuffer& payload) {
+  std::unique_ptr<VXROARequest> request;
+  VXROAReply reply;
+  try {
+    AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
+    request = in.readOwnedObject<VXROARequest>();
+    if (!request) throw VXROABadRequest();
+    reply = hub_.answer(*this, *request);
+  } catch (const AFCException& e) {
+    // Unreadable: the client still waits for an answer, unless it asked for none, which cannot
+    // be known here; an answer it does not wait for is dispatched as an unexpected packet.
+    hub_.log("client " + std::to_string(id_) + ": bad remote-object request, " + e.what());
+    reply = vxSimExceptionReply(e.what());
+  }
+  if (!request || !vxROAIsAsync(request->getKind())) {
+    AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
+    out.writeObject(&reply);
+    send(Type::kROAReply, out.getBuffer());
+  }
+  flushAfterReply();
+}

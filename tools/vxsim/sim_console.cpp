@@ -1,0 +1,75 @@
+#include "tools/vxsim/sim_console.h"
+
+#include <algorithm>
+#include <cctype>
+
+#include "foundation/errlog.h"
+#include "tools/vxsim/sim_connection.h"
+
+namespace {
+
+// The first word and the rest after the blanks that follow it.
+std::pair<std::string, std::string> splitWord(const std::string& text) {
+  const std::size_t begin = text.find_first_not_of(' ');
+  if (begin == std::string::npos) return {};
+  const std::size_t end = std::min(text.find(' ', begin), text.size());
+  const std::size_t rest = std::min(text.find_first_not_of(' ', end), text.size());
+  return {text.substr(begin, end - begin), text.substr(rest)};
+}
+
+// A level name (any case) or number; -1 when it is neither.
+int parseLevel(std::string word) {
+  std::transform(word.begin(), word.end(), word.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  for (unsigned level = AFC_ERRLOG_NONE; level <= AFC_ERRLOG_ERROR; ++level) {
+    if (word == afcErrLogLevelName(level) || word == std::to_string(level)) {
+      return static_cast<int>(level);
+    }
+  }
+  return -1;
+}
+
+void switchZone(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  const auto [zone, state] = splitWord(arguments);
+  if (zone.empty() || (state != "on" && state != "off")) {
+    out << "usage: zone NAME on|off\n";
+    return;
+  }
+  VXZonesState zones;
+  zones.set(zone, state == "on");
+  hub.setZones(zones);
+}
+
+void sendErrLog(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  const auto [word, text] = splitWord(arguments);
+  const int level = parseLevel(word);
+  if (level < 0 || text.empty()) {
+    out << "usage: errlog LEVEL TEXT (LEVEL: DEBUG, INFO, WARNING, ERROR or 0-4)\n";
+    return;
+  }
+  hub.reportError(static_cast<unsigned>(level), text);
+}
+
+}  // namespace
+
+VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, std::ostream& out) {
+  const auto [command, arguments] = splitWord(line);
+  if (command.empty()) return VXSimConsoleResult::Continue;
+  if (command == "quit") return VXSimConsoleResult::Quit;
+  if (command == "tree") {
+    out << hub.getScene().dumpTree();
+  } else if (command == "zone") {
+    switchZone(hub, arguments, out);
+  } else if (command == "message") {
+    hub.broadcastMessage(arguments);
+  } else if (command == "errlog") {
+    sendErrLog(hub, arguments, out);
+  } else if (command == "drop") {
+    for (VXSimConnection* connection : hub.getConnections()) connection->markClosed();
+  } else {
+    out << "unknown command: " << command
+        << " (tree, zone NAME on|off, message TEXT, errlog LEVEL TEXT, drop, quit)\n";
+  }
+  out.flush();
+  return VXSimConsoleResult::Continue;
+}

@@ -1,0 +1,171 @@
+// Remote objects of the simulator: the scene's nodes by "Root/..." path with their attributes,
+// and the server's services ("::Preview", "::Pick", "::CameraManager", "::Control").
+#include <algorithm>
+#include <map>
+#include <set>
+
+#include "client/client_packet.h"
+#include "client/roa_exceptions.h"
+#include "foundation/attribute_scalar.h"
+#include "foundation/attribute_string.h"
+#include "tools/vxsim/sim_connection.h"
+#include "tools/vxsim/sim_hub.h"
+
+namespace {
+
+constexpr std::string_view kServicePrefix = "::";
+
+VXROAReply valueReply(std::unique_ptr<AFCAttribute> value) {
+  VXROAValues values;
+  values.push_back(std::move(value));
+  return VXROAReply(VX_ROA_REPLY_VALUE, std::move(values));
+}
+
+// Markup-safe text for an attribute value of the pick result.
+std::string escapeXml(const std::string& text) {
+  std::string out;
+  for (char c : text) {
+    switch (c) {
+      case '<':
+        out += "&lt;";
+        break;
+      case '>':
+        out += "&gt;";
+        break;
+      case '&':
+        out += "&amp;";
+        break;
+      case '"':
+        out += "&quot;";
+        break;
+      default:
+        out += c;
+    }
+  }
+  return out;
+}
+
+// The argument at index; a missing or null one makes the request bad.
+const AFCAttribute& argumentAt(const VXROAValues& arguments, std::size_t index) {
+  if (index >= arguments.size() || !arguments[index]) throw VXROABadRequest();
+  return *arguments[index];
+}
+
+}  // namespace
+
+VXROAReply vxSimExceptionReply(const std::string& text) {
+  VXROAValues values;
+  values.push_back(std::make_unique<AFCAttributeString>(text));
+  return VXROAReply(VX_ROA_REPLY_EXCEPTION, std::move(values));
+}
+
+VXROAReply VXSimHub::answer(VXSimConnection& from, const VXROARequest& request) {
+  try {
+    return serveRemote(from, request);
+  } catch (const AFCException& e) {
+    if (vxROAIsAsync(request.getKind())) {
+      log("client " + std::to_string(from.getId()) + ": ROA async set: " + e.what());
+    }
+    return vxSimExceptionReply(e.what());
+  }
+}
+
+VXROAReply VXSimHub::serveRemote(VXSimConnection& from, const VXROARequest& request) {
+  const int32_t kind = request.getKind() % VX_ROA_ASYNC;
+  if (kind == VX_ROA_NULL) return VXROAReply(VX_ROA_REPLY_VOID);
+  const std::string& target = request.getTarget();
+  const std::size_t dot = target.rfind('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == target.size()) throw VXROABadRequest();
+  const std::string object = target.substr(0, dot);
+  const std::string member = target.substr(dot + 1);
+  if (object.starts_with(kServicePrefix))
+    return serveService(from, object, member, kind, request.getArguments());
+  return serveNode(object, member, kind, request.getArguments());
+}
+
+VXROAReply VXSimHub::serveService(VXSimConnection& from, const std::string& object,
+                                  const std::string& member, int32_t kind,
+                                  const VXROAValues& arguments) {
+  static const std::map<std::string, std::set<std::string>> kServices = {
+      {"::Preview", {"generateID", "getStillImageFile", "getSequenceImageFile"}},
+      {"::Pick", {"sendRequest"}},
+      {"::CameraManager", {"switchCamera"}},
+      {"::Control", {"writePicture", "writeScene"}},
+  };
+  const auto service = kServices.find(object);
+  if (service == kServices.end()) throw VXROAEntityNotFound("object", object);
+  if (!service->second.contains(member)) throw VXROAEntityNotFound("Method", member);
+  if (kind != VX_ROA_INVOKE) throw VXROABadRequest();
+  const std::string call = "client " + std::to_string(from.getId()) + ": " + object + "." + member;
+  if (object == "::Preview") return servePreview(call, member, arguments);
+  if (object == "::Pick") return servePick(from, arguments);
+  if (object == "::CameraManager") {
+    camera_ = argumentAt(arguments, 0).toString();
+    log(call + " " + camera_);
+  } else {
+    log(call);
+  }
+  return VXROAReply(VX_ROA_REPLY_VOID);
+}
+
+VXROAReply VXSimHub::servePreview(const std::string& call, const std::string& member,
+                                  const VXROAValues& arguments) {
+  if (member == "generateID") {
+    return valueReply(std::make_unique<AFCAttributeInt32>(++lastPreviewId_));
+  }
+  const int32_t id = argumentAt(arguments, 0).getInt();
+  const std::string fileName = argumentAt(arguments, 1).toString();
+  if (id <= 0 || id > lastPreviewId_) throw VXROAEntityNotFound("Preview", std::to_string(id));
+  log(call + " " + std::to_string(id) + " " + fileName);
+  if (member == "getStillImageFile") return VXROAReply(VX_ROA_REPLY_VOID);
+  // One image per preview record of the id: a sequence's begin and end make two.
+  const std::string prefix = std::to_string(id) + " ";
+  const auto images =
+      std::count_if(scene_.getPreviews().begin(), scene_.getPreviews().end(),
+                    [&](const std::string& entry) { return entry.starts_with(prefix); });
+  return valueReply(std::make_unique<AFCAttributeInt32>(static_cast<int32_t>(images)));
+}
+
+VXROAReply VXSimHub::servePick(VXSimConnection& from, const VXROAValues& arguments) {
+  // A tag picks the first node of that name, a position (or nothing) the first leaf.
+  std::string path = scene_.firstLeafPath();
+  std::string where;
+  if (arguments.size() == 1) {
+    const std::string tag = argumentAt(arguments, 0).toString();
+    path = scene_.findNamed(tag);
+    where = " tag=\"" + escapeXml(tag) + "\"";
+  } else if (arguments.size() == 2) {
+    where = " x=\"" + escapeXml(argumentAt(arguments, 0).toString()) + "\" y=\"" +
+            escapeXml(argumentAt(arguments, 1).toString()) + "\"";
+  }
+  std::string xml = "<?xml version=\"1.0\"?><pick" + where + ">";
+  if (!path.empty()) xml += "<node path=\"" + escapeXml(path) + "\"/>";
+  xml += "</pick>";
+  AFCPersistentOutputStreamBuffer out(getCombinedVersion());
+  out.writeString(xml);
+  from.sendAfterReply(VXClientPacket::kPickResult, out.getBuffer());
+  return VXROAReply(VX_ROA_REPLY_VOID);
+}
+
+VXROAReply VXSimHub::serveNode(const std::string& object, const std::string& member, int32_t kind,
+                               const VXROAValues& arguments) {
+  VXSimNode* node = scene_.find(object);
+  if (node == nullptr || !(object == "Root" || object.starts_with("Root/"))) {
+    throw VXROAEntityNotFound("object", object);
+  }
+  switch (kind) {
+    case VX_ROA_GET_ATTR: {
+      const auto found = node->attributes.find(member);
+      if (found == node->attributes.end()) throw VXROAEntityNotFound("Attribute", member);
+      return valueReply(std::unique_ptr<AFCAttribute>(found->second->clone()));
+    }
+    case VX_ROA_SET_ATTR:
+      if (arguments.size() != 1 || !arguments.front()) throw VXROABadRequest();
+      scene_.setAttribute(object, member, *arguments.front());
+      return VXROAReply(VX_ROA_REPLY_VOID);
+    case VX_ROA_INVOKE:
+      throw VXROAEntityNotFound("Method", member);
+    default:
+      throw VXROABadRequest();
+  }
+}
