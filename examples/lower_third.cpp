@@ -4,7 +4,7 @@
 //   3. fade it in with a keyframed animation inside a transaction, with a callback behind it,
 //   4. wait for that callback: the server has run everything before it,
 //   5. switch the title's zone on and read the zone state back,
-//   6. ask the server for a remote object's value.
+//   6. read a remote attribute and call a remote method.
 // Usage: lower_third [HOST[:PORT]]   (else VX2HOST, else localhost:6260)
 #include <chrono>
 #include <cstdio>
@@ -110,7 +110,7 @@ void queryRemoteObjects(VXClientTcp& session) {
   const std::unique_ptr<AFCAttribute> text = session.remoteGetAttr(kTitle + "/name.Text");
   std::printf("remote %s/name.Text = %s\n", kTitle.c_str(),
               text ? text->toString().c_str() : "<none>");
-  const std::unique_ptr<AFCAttribute> id = session.remoteGetAttr("::Preview.generateID");
+  const std::unique_ptr<AFCAttribute> id = session.remoteInvoke("::Preview.generateID", {});
   std::printf("remote ::Preview.generateID = %s\n", id ? id->toString().c_str() : "<none>");
 }
 
