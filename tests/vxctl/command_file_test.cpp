@@ -1,0 +1,150 @@
+#include "tools/vxctl/command_file.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <sstream>
+
+#include "client/register.h"
+#include "commands/misc_commands.h"
+#include "commands/node_commands.h"
+#include "tools/vxctl/value_syntax.h"
+
+namespace {
+
+using ::testing::ElementsAre;
+
+// Keeps the class names of the records of every action it is asked to send.
+class RecordingBuilder : public VXCommandListBeginEndBuilder {
+ public:
+  std::vector<std::vector<std::string>> sent;
+  // "attr=value" of each attribute record, in the value syntax.
+  std::vector<std::string> values;
+
+ protected:
+  void sendAction(const VXAction& action) override {
+    std::vector<std::string> names;
+    for (const auto& record : action.getCommands()) {
+      names.push_back(record->getClass()->getName());
+      if (const auto* set = dynamic_cast<const VXSetAttributeCommand*>(record.get())) {
+        values.push_back(set->getAttrName() + "=" + vxctlValueToText(*set->getValue()));
+      }
+    }
+    sent.push_back(names);
+  }
+  bool traceEnabled() const override { return false; }
+  std::ostream& traceStream() override { return trace_; }
+
+ private:
+  std::ostringstream trace_;
+};
+
+class CommandFile : public ::testing::Test {
+ protected:
+  static void SetUpTestSuite() { registerClientClasses(); }
+
+  static std::vector<VXCtlCommand> parse(const std::string& text) {
+    std::istringstream in(text);
+    return vxctlParseCommandFile(in, "show.vx");
+  }
+
+  static std::string errorOf(const std::string& text) {
+    try {
+      parse(text);
+    } catch (const VXCtlSyntaxException& e) {
+      return e.getMessage();
+    }
+    return "no error";
+  }
+};
+
+TEST_F(CommandFile, WordsKeepQuotedTextAndBracketsTogether) {
+  EXPECT_THAT(vxctlSplitWords("  set a/b  text \"hello world\"  "),
+              ElementsAre("set", "a/b", "text", "\"hello world\""));
+  EXPECT_THAT(vxctlSplitWords("set n color color:[1, 0, 0, 1]"),
+              ElementsAre("set", "n", "color", "color:[1, 0, 0, 1]"));
+  EXPECT_THAT(vxctlSplitWords(R"(message "say \"hi\" now")"),
+              ElementsAre("message", R"("say \"hi\" now")"));
+  EXPECT_THROW(vxctlSplitWords("message \"open"), VXCtlSyntaxException);
+  EXPECT_THROW(vxctlSplitWords("set a b [1, 2"), VXCtlSyntaxException);
+}
+
+TEST_F(CommandFile, AGoodFileGivesEveryCommandAndSkipsCommentsAndBlankLines) {
+  const auto commands = parse(
+      "# lower third\n"
+      "\n"
+      "create Text \"Lower Third\" root\r\n"
+      "   # indented comment\n"
+      "set root/lt text \"Jane Doe\"\n"
+      "set root/lt pos [0.5, -0.2]\n"
+      "load intro root intro1\n"
+      "message go\n"
+      "wait 250\n"
+      "callback\n"
+      "delete root/old\n");
+  ASSERT_EQ(commands.size(), 8u);
+  EXPECT_EQ(commands[0].kind, VXCtlCommand::Kind::kCreate);
+  EXPECT_THAT(commands[0].args, ElementsAre("Text", "Lower Third", "root"));
+  EXPECT_THAT(commands[1].args, ElementsAre("root/lt", "text"));
+  EXPECT_EQ(vxctlValueToText(*commands[1].value), "\"Jane Doe\"");
+  EXPECT_EQ(vxctlTypeName(*commands[2].value), "vec2f");
+  EXPECT_THAT(commands[3].args, ElementsAre("intro", "root", "intro1"));
+  EXPECT_THAT(commands[4].args, ElementsAre("go"));
+  EXPECT_EQ(commands[5].milliseconds, 250);
+  EXPECT_EQ(commands[6].kind, VXCtlCommand::Kind::kCallback);
+  EXPECT_EQ(commands[7].kind, VXCtlCommand::Kind::kDelete);
+}
+
+TEST_F(CommandFile, ABadLineNamesTheFileAndLine) {
+  EXPECT_EQ(errorOf("# ok\nset a b 1\nset a b 12abc\n"),
+            "show.vx:3: Not a number: \"12abc\" (quote it to send it as a string)");
+  EXPECT_EQ(errorOf("\n\nfly away\n"),
+            "show.vx:3: Unknown command \"fly\" (set, create, delete, load, message, wait, "
+            "callback)");
+  EXPECT_EQ(errorOf("create Text name\n"), "show.vx:1: Usage: create TYPE NAME PARENT");
+  EXPECT_EQ(errorOf("callback now\n"), "show.vx:1: Usage: callback");
+  EXPECT_EQ(errorOf("wait soon\n"), "show.vx:1: Not a time in milliseconds: \"soon\"");
+  EXPECT_EQ(errorOf("wait -5\n"), "show.vx:1: Not a time in milliseconds: \"-5\"");
+  EXPECT_EQ(errorOf("message \"unterminated\n"), "show.vx:1: Unterminated string: \"unterminated");
+  EXPECT_EQ(errorOf("set a b c d\n"), "show.vx:1: Usage: set ADDRESS ATTR VALUE");
+}
+
+TEST_F(CommandFile, AllCommandsGoInOneActionInFileOrder) {
+  RecordingBuilder builder;
+  const auto ids = vxctlSend(parse("create Text t root\nset root/t text hi\ncallback\n"
+                                   "load s root n\nmessage m\nwait 10\ndelete root/t\n"),
+                             builder, std::nullopt);
+  ASSERT_EQ(builder.sent.size(), 1u);
+  EXPECT_THAT(builder.sent[0],
+              ElementsAre("VXCreateNodeCommand", "VXSetAttributeCommand", "VXCallbackCommand",
+                          "VXLoadSceneCommand", "VXMessageCommand", "VXWaitCommand",
+                          "VXDeleteNodeCommand"));
+  ASSERT_EQ(ids.size(), 1u);
+  EXPECT_GT(ids[0], 0);
+  EXPECT_THAT(builder.values, ElementsAre("text=\"hi\""));
+}
+
+TEST_F(CommandFile, ATransactionWrapsTheCommandsInsideTheAction) {
+  RecordingBuilder builder;
+  vxctlSend(parse("delete a\ndelete b\n"), builder, std::string("show"));
+  ASSERT_EQ(builder.sent.size(), 1u);
+  EXPECT_THAT(builder.sent[0], ElementsAre("VXTransactionBeginCommand", "VXDeleteNodeCommand",
+                                           "VXDeleteNodeCommand", "VXTransactionEndCommand"));
+}
+
+TEST_F(CommandFile, ACommandTheBuilderRefusesSendsNothing) {
+  RecordingBuilder builder;
+  EXPECT_THROW(vxctlSend(parse("delete a\nset \"\" attr 1\n"), builder, std::string("t")),
+               AFCException);
+  EXPECT_TRUE(builder.sent.empty());
+  EXPECT_EQ(builder.depth(), 0);
+}
+
+TEST_F(CommandFile, CallbacksGetIncreasingIds) {
+  RecordingBuilder builder;
+  const auto ids = vxctlSend(parse("callback\ncallback\n"), builder, std::nullopt);
+  ASSERT_EQ(ids.size(), 2u);
+  EXPECT_LT(ids[0], ids[1]);
+}
+
+}  // namespace
