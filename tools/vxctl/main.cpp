@@ -132,6 +132,7 @@ void runSendFile(Session& session, const std::string& file, const std::string& t
     if (!in) throw AFCException("Cannot open " + file);
     commands = vxctlParseCommandFile(in, file);
   }
+  if (commands.empty()) throw AFCException((file == "-" ? "<stdin>" : file) + ": no commands");
   runSend(session, commands,
           transaction.empty() ? std::nullopt : std::optional<std::string>(transaction));
 }
@@ -148,23 +149,34 @@ void runRoaCall(Session& session, const std::string& path, const std::vector<std
   session.printValue(path, result.get());
 }
 
-// Returns the exit code: 0 when interrupted, 1 when the server closed the connection.
+// The watcher's listeners, registered for as long as this lives.
+class Subscription {
+ public:
+  Subscription(VXCtlWatcher& watcher, VXClient& session, const std::vector<std::string>& zones)
+      : watcher_(watcher), session_(session), zones_(zones) {
+    watcher_.subscribe(session_, zones_);
+  }
+  ~Subscription() { watcher_.unsubscribe(session_, zones_); }
+  Subscription(const Subscription&) = delete;
+  Subscription& operator=(const Subscription&) = delete;
+
+ private:
+  VXCtlWatcher& watcher_;
+  VXClient& session_;
+  const std::vector<std::string>& zones_;
+};
+
+// Pumps events until interrupted (returns 0) or the server closes the connection (throws).
 int runWatch(Session& session, const std::vector<std::string>& zones, bool json) {
   VXCtlWatcher watcher(std::cout, json);
   // Subscribed before connecting: the handshake sends the subscriptions.
-  watcher.subscribe(session.client(), zones);
+  const Subscription subscription(watcher, session.client(), zones);
   std::signal(SIGINT, onInterrupt);
   std::signal(SIGTERM, onInterrupt);
-  try {
-    session.connect();
-    while (interrupted == 0 && !watcher.disconnected()) {
-      AFCFDHandler::getDefault().mainLoop(kPumpMs);
-    }
-  } catch (...) {
-    watcher.unsubscribe(session.client(), zones);
-    throw;
+  session.connect();
+  while (interrupted == 0 && !watcher.disconnected()) {
+    AFCFDHandler::getDefault().mainLoop(kPumpMs);
   }
-  watcher.unsubscribe(session.client(), zones);
   if (watcher.disconnected()) throw VXClientException("Server closed the connection");
   return 0;
 }
@@ -179,10 +191,6 @@ void runBuilderCommand(Session& session, const std::string& name,
   commands.push_back(vxctlParseCommand(words));
   runSend(session, commands, std::nullopt);
 }
-
-}  // namespace
-
-namespace {
 
 constexpr const char* kValueHelp =
     "VALUE: 42 (int), 1.5 (float), true/false, \"text\" or a bare word (string), [x, y(, z(, w))] "
