@@ -6,38 +6,12 @@
 #include <sstream>
 
 #include "client/register.h"
-#include "commands/misc_commands.h"
-#include "commands/node_commands.h"
+#include "tests/support/recording_builder.h"
 #include "tools/vxctl/value_syntax.h"
 
 namespace {
 
 using ::testing::ElementsAre;
-
-// Keeps the class names of the records of every action it is asked to send.
-class RecordingBuilder : public VXCommandListBeginEndBuilder {
- public:
-  std::vector<std::vector<std::string>> sent;
-  // "attr=value" of each attribute record, in the value syntax.
-  std::vector<std::string> values;
-
- protected:
-  void sendAction(const VXAction& action) override {
-    std::vector<std::string> names;
-    for (const auto& record : action.getCommands()) {
-      names.push_back(record->getClass()->getName());
-      if (const auto* set = dynamic_cast<const VXSetAttributeCommand*>(record.get())) {
-        values.push_back(set->getAttrName() + "=" + vxctlValueToText(*set->getValue()));
-      }
-    }
-    sent.push_back(names);
-  }
-  bool traceEnabled() const override { return false; }
-  std::ostream& traceStream() override { return trace_; }
-
- private:
-  std::ostringstream trace_;
-};
 
 class CommandFile : public ::testing::Test {
  protected:
@@ -110,38 +84,37 @@ TEST_F(CommandFile, ABadLineNamesTheFileAndLine) {
 }
 
 TEST_F(CommandFile, AllCommandsGoInOneActionInFileOrder) {
-  RecordingBuilder builder;
+  VXRecordingBuilder builder(false);
   const auto ids = vxctlSend(parse("create Text t root\nset root/t text hi\ncallback\n"
                                    "load s root n\nmessage m\nwait 10\ndelete root/t\n"),
                              builder, std::nullopt);
-  ASSERT_EQ(builder.sent.size(), 1u);
-  EXPECT_THAT(builder.sent[0],
-              ElementsAre("VXCreateNodeCommand", "VXSetAttributeCommand", "VXCallbackCommand",
-                          "VXLoadSceneCommand", "VXMessageCommand", "VXWaitCommand",
-                          "VXDeleteNodeCommand"));
+  ASSERT_EQ(builder.sent().size(), 1u);
   ASSERT_EQ(ids.size(), 1u);
-  EXPECT_GT(ids[0], 0);
-  EXPECT_THAT(builder.values, ElementsAre("text=\"hi\""));
+  // Argument order as the builder takes it: type, name, parent; scene, parent, node.
+  EXPECT_THAT(builder.sent()[0].commands,
+              ElementsAre("Create node Text as root/t", "Set root/t:text=hi",
+                          "Callback " + std::to_string(ids[0]), "LoadScene s to parent root",
+                          "Message %dm", "Wait 10", "DeleteNode root/t"));
 }
 
 TEST_F(CommandFile, ATransactionWrapsTheCommandsInsideTheAction) {
-  RecordingBuilder builder;
+  VXRecordingBuilder builder(false);
   vxctlSend(parse("delete a\ndelete b\n"), builder, std::string("show"));
-  ASSERT_EQ(builder.sent.size(), 1u);
-  EXPECT_THAT(builder.sent[0], ElementsAre("VXTransactionBeginCommand", "VXDeleteNodeCommand",
-                                           "VXDeleteNodeCommand", "VXTransactionEndCommand"));
+  ASSERT_EQ(builder.sent().size(), 1u);
+  EXPECT_THAT(builder.sent()[0].commands, ElementsAre("TransactionBegin show", "DeleteNode a",
+                                                      "DeleteNode b", "TransactionEnd"));
 }
 
 TEST_F(CommandFile, ACommandTheBuilderRefusesSendsNothing) {
-  RecordingBuilder builder;
+  VXRecordingBuilder builder(false);
   EXPECT_THROW(vxctlSend(parse("delete a\nset \"\" attr 1\n"), builder, std::string("t")),
                AFCException);
-  EXPECT_TRUE(builder.sent.empty());
+  EXPECT_TRUE(builder.sent().empty());
   EXPECT_EQ(builder.depth(), 0);
 }
 
 TEST_F(CommandFile, CallbacksGetIncreasingIds) {
-  RecordingBuilder builder;
+  VXRecordingBuilder builder(false);
   const auto ids = vxctlSend(parse("callback\ncallback\n"), builder, std::nullopt);
   ASSERT_EQ(ids.size(), 2u);
   EXPECT_LT(ids[0], ids[1]);
