@@ -14,6 +14,8 @@
 #include "client/client_exceptions.h"
 #include "client/client_tcp.h"
 #include "client/register.h"
+#include "foundation/errlog.h"
+#include "foundation/errlog_backend.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxctl/command_file.h"
 #include "tools/vxctl/output_format.h"
@@ -32,6 +34,7 @@ struct Options {
   std::string host;
   std::string password;
   bool json = false;
+  bool verbose = false;
   std::vector<std::string> names;  // zone names, or the words of a builder command
   std::string state;
   std::string path;
@@ -42,20 +45,31 @@ struct Options {
   std::vector<std::string> watchZones;
 };
 
+// The session of one run, and how its results are printed. The library's error log goes to a
+// memory backend, so that a refused connection can be explained in the one error line.
 class Session {
  public:
-  explicit Session(const Options& options) : json_(options.json) {
+  explicit Session(const Options& options)
+      : json_(options.json), log_(std::make_shared<AFCErrLogBackendMemory>()) {
+    AFCErrLog::instance().addBackend(log_);
     if (!options.host.empty()) client_.setServerAddress(options.host);
     if (!options.password.empty()) client_.setPassword(options.password);
   }
-  ~Session() { client_.close(); }
+  ~Session() { AFCErrLog::instance().removeBackend(log_.get()); }
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
 
   VXClientTcp& client() { return client_; }
 
+  // The handshake logs its failures and closes instead of throwing: the last logged message
+  // is the reason.
   void connect() {
-    if (!client_.connect()) {
-      throw VXClientException("Vexel connection failed, " + client_.getServerAddress());
-    }
+    log_->clear();
+    if (client_.connect()) return;
+    const std::vector<std::string> messages = log_->messages();
+    throw VXClientException(messages.empty()
+                                ? "Vexel connection failed, " + client_.getServerAddress()
+                                : messages.back());
   }
 
   // The result as one JSON object, or as the given text (nothing when empty).
@@ -79,6 +93,7 @@ class Session {
  private:
   VXClientTcp client_;
   bool json_;
+  std::shared_ptr<AFCErrLogBackendMemory> log_;
 };
 
 void runVersion(Session& session) {
@@ -213,6 +228,7 @@ Commands declare(CLI::App& app, Options& o) {
   app.add_option("--host", o.host, "HOST[:PORT] of the server (else VX2HOST, else localhost)");
   app.add_option("--password", o.password, "password for the login");
   app.add_flag("--json", o.json, "machine output: one JSON object a result or event");
+  app.add_flag("-v,--verbose", o.verbose, "show the client library's own error log on stderr");
   app.require_subcommand(1);
   Commands c{};
   c.version = app.add_subcommand("version", "print the server's version");
@@ -256,6 +272,9 @@ Commands declare(CLI::App& app, Options& o) {
 
 int run(const Commands& c, const Options& o) {
   registerClientClasses();
+  // Quiet by default: the library logs what it recovers from by itself; failures that matter
+  // reach the user as the one error line anyway.
+  if (!o.verbose) AFCErrLog::instance().removeAllBackends();
   Session session(o);
   if (*c.version) runVersion(session);
   if (*c.zoneGet) runZoneGet(session, o.names);
