@@ -5,7 +5,9 @@
 
 #include <sstream>
 
+#include "client/client_tcp.h"
 #include "client/register.h"
+#include "tests/client/loopback_peer.h"
 #include "tests/support/recording_builder.h"
 #include "tools/vxctl/value_syntax.h"
 
@@ -118,6 +120,28 @@ TEST_F(CommandFile, CallbacksGetIncreasingIds) {
   const auto ids = vxctlSend(parse("callback\ncallback\n"), builder, std::nullopt);
   ASSERT_EQ(ids.size(), 2u);
   EXPECT_LT(ids[0], ids[1]);
+}
+
+TEST_F(CommandFile, ASessionPutsTheWholeFileOnTheWireAsOnePacket) {
+  LoopbackPeer peer;
+  std::vector<uint32_t> types;
+  peer.serve([&](PeerConnection& c) {
+    c.readPacket();
+    c.send(noLoginVersion());
+    try {
+      for (;;) types.push_back(c.readPacket().type);
+    } catch (const AFCSocketDisconnectedException&) {
+      // the client is done
+    }
+  });
+  VXClientTcp session;
+  session.setServerAddress(peer.address());
+  ASSERT_TRUE(session.connect());
+  vxctlSend(parse("create Text t root\nset root/t text hi\ndelete root/t\n"), session,
+            std::string("show"));
+  session.close();
+  peer.join();
+  EXPECT_EQ(types, std::vector<uint32_t>{0});
 }
 
 }  // namespace

@@ -4,10 +4,13 @@
 
 #include <sstream>
 
+#include "client/client_tcp.h"
 #include "client/object_attribute.h"
 #include "client/register.h"
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
+#include "foundation/fd_handler.h"
+#include "tests/client/loopback_peer.h"
 
 namespace {
 
@@ -65,6 +68,36 @@ TEST_F(Watcher, JsonOutputIsOneObjectPerLine) {
             "\"state\":\"off\"}\n"
             "{\"time\":\"2026-11-23T20:00:00.000Z\",\"event\":\"zone\",\"zone\":\"main\","
             "\"state\":\"on\"}\n");
+}
+
+// A real session on a loopback server: the subscriptions go out in the handshake, and what the
+// server sends comes out as lines until it hangs up.
+TEST_F(Watcher, WatchesASessionUntilTheServerHangsUp) {
+  LoopbackPeer peer;
+  AFCFDHandlerEvent handler;
+  VXClientTcp session;
+  session.setServerAddress(peer.address());
+  session.setAsyncRegistry(&handler);
+  VXCtlWatcher watcher(out, false, fixedTime);
+  watcher.subscribe(session, {"main"});
+  std::vector<uint32_t> subscriptions;
+  peer.serve([&](PeerConnection& c) {
+    c.readPacket();
+    c.send(noLoginVersion());
+    for (const WrittenPacket& packet : c.readUntil(7)) subscriptions.push_back(packet.type);
+    c.send(packetBytes(16, stringBytes("cue 1")));
+    c.close();
+  });
+  ASSERT_TRUE(session.connect());
+  const auto deadline = steady_clock::now() + seconds(2);
+  while (!watcher.disconnected() && steady_clock::now() < deadline) handler.mainLoop(10);
+  watcher.unsubscribe(session, {"main"});
+  session.close();
+  peer.join();
+  EXPECT_EQ(subscriptions, (std::vector<uint32_t>{11, 7}));  // error log, then the zone
+  EXPECT_EQ(out.str(),
+            "2026-11-23T20:00:00.000Z message text=\"cue 1\"\n"
+            "2026-11-23T20:00:00.000Z disconnect client=0\n");
 }
 
 }  // namespace
