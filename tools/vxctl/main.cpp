@@ -3,6 +3,7 @@
 // JSON with --json) and closes. Any failure prints one line "vxctl: ..." on standard error and
 // ends with a non-zero exit code.
 #include <CLI/CLI.hpp>
+#include <chrono>
 #include <csignal>
 #include <fstream>
 #include <iostream>
@@ -17,6 +18,7 @@
 #include "foundation/errlog.h"
 #include "foundation/errlog_backend.h"
 #include "foundation/fd_handler.h"
+#include "tools/vxctl/callback_waiter.h"
 #include "tools/vxctl/command_file.h"
 #include "tools/vxctl/output_format.h"
 #include "tools/vxctl/value_syntax.h"
@@ -42,6 +44,7 @@ struct Options {
   std::vector<std::string> callArgs;
   std::string file;
   std::string transaction;
+  double waitSeconds = 0;
   std::vector<std::string> watchZones;
 };
 
@@ -129,16 +132,56 @@ void runZoneSet(Session& session, const std::string& name, const std::string& st
   session.printOk();
 }
 
-void runSend(Session& session, const std::vector<VXCtlCommand>& commands,
-             const std::optional<std::string>& transaction) {
-  session.connect();
-  const std::vector<int32_t> callbacks = vxctlSend(commands, session.client(), transaction);
-  std::string text = "OK";
-  for (int32_t id : callbacks) text += "\ncallback " + std::to_string(id);
-  session.print({{"ok", true}, {"commands", commands.size()}, {"callbacks", callbacks}}, text);
+// The waiter hears confirmations for as long as this lives.
+class CallbackSubscription {
+ public:
+  CallbackSubscription(VXClient& session, VXCtlCallbackWaiter& waiter)
+      : session_(session), waiter_(waiter) {
+    session_.addCommandCallbackListener(&waiter_);
+  }
+  ~CallbackSubscription() { session_.removeCommandCallbackListener(&waiter_); }
+  CallbackSubscription(const CallbackSubscription&) = delete;
+  CallbackSubscription& operator=(const CallbackSubscription&) = delete;
+
+ private:
+  VXClient& session_;
+  VXCtlCallbackWaiter& waiter_;
+};
+
+std::string joined(const std::vector<int32_t>& ids) {
+  std::string text;
+  for (int32_t id : ids) text += (text.empty() ? "" : ", ") + std::to_string(id);
+  return text;
 }
 
-void runSendFile(Session& session, const std::string& file, const std::string& transaction) {
+// With waitSeconds above 0, waits that long for the server to confirm every callback command.
+void runSend(Session& session, const std::vector<VXCtlCommand>& commands,
+             const std::optional<std::string>& transaction, double waitSeconds) {
+  VXCtlCallbackWaiter waiter;
+  const CallbackSubscription subscription(session.client(), waiter);
+  session.connect();
+  const std::vector<int32_t> callbacks = vxctlSend(commands, session.client(), transaction);
+  const bool waiting = waitSeconds > 0 && !callbacks.empty();
+  if (waiting) {
+    waiter.expect(callbacks);
+    std::signal(SIGINT, onInterrupt);
+    const auto limit = std::chrono::milliseconds(static_cast<int64_t>(waitSeconds * 1000));
+    if (!waiter.wait(AFCFDHandler::getDefault(), limit, [] { return interrupted != 0; })) {
+      throw AFCException("No confirmation of callback " + joined(waiter.pending()));
+    }
+  }
+  std::string text = "OK";
+  for (int32_t id : callbacks)
+    text += "\ncallback " + std::to_string(id) + (waiting ? " done" : "");
+  session.print({{"ok", true},
+                 {"commands", commands.size()},
+                 {"callbacks", callbacks},
+                 {"confirmed", waiting}},
+                text);
+}
+
+void runSendFile(Session& session, const std::string& file, const std::string& transaction,
+                 double waitSeconds) {
   std::vector<VXCtlCommand> commands;
   if (file == "-") {
     commands = vxctlParseCommandFile(std::cin, "<stdin>");
@@ -149,7 +192,8 @@ void runSendFile(Session& session, const std::string& file, const std::string& t
   }
   if (commands.empty()) throw AFCException((file == "-" ? "<stdin>" : file) + ": no commands");
   runSend(session, commands,
-          transaction.empty() ? std::nullopt : std::optional<std::string>(transaction));
+          transaction.empty() ? std::nullopt : std::optional<std::string>(transaction),
+          waitSeconds);
 }
 
 void runRoaCall(Session& session, const std::string& path, const std::vector<std::string>& args) {
@@ -204,7 +248,7 @@ void runBuilderCommand(Session& session, const std::string& name,
   words.insert(words.end(), args.begin(), args.end());
   std::vector<VXCtlCommand> commands;
   commands.push_back(vxctlParseCommand(words));
-  runSend(session, commands, std::nullopt);
+  runSend(session, commands, std::nullopt, 0);
 }
 
 constexpr const char* kValueHelp =
@@ -265,6 +309,10 @@ Commands declare(CLI::App& app, Options& o) {
       "send", "send a file of set/create/delete/load/message/wait/callback lines as one action");
   c.send->add_option("FILE", o.file, "command file, - for standard input")->required();
   c.send->add_option("--transaction", o.transaction, "wrap the commands in this transaction");
+  c.send
+      ->add_option("--wait", o.waitSeconds,
+                   "wait up to SECONDS for the server to confirm every callback line")
+      ->check(CLI::NonNegativeNumber);
   c.watch = app.add_subcommand("watch", "print asynchronous events until interrupted");
   c.watch->add_option("--zone", o.watchZones, "also watch this zone (repeatable)");
   return c;
@@ -293,7 +341,7 @@ int run(const Commands& c, const Options& o) {
     session.printOk();
   }
   if (*c.roaCall) runRoaCall(session, o.path, o.callArgs);
-  if (*c.send) runSendFile(session, o.file, o.transaction);
+  if (*c.send) runSendFile(session, o.file, o.transaction, o.waitSeconds);
   if (*c.watch) return runWatch(session, o.watchZones, o.json);
   return 0;
 }
