@@ -3,6 +3,7 @@
 // JSON with --json) and closes. Any failure prints one line "vxctl: ..." on standard error and
 // ends with a non-zero exit code.
 #include <CLI/CLI.hpp>
+#include <array>
 #include <chrono>
 #include <csignal>
 #include <fstream>
@@ -37,7 +38,11 @@ struct Options {
   std::string password;
   bool json = false;
   bool verbose = false;
-  std::vector<std::string> names;  // zone names, or the words of a builder command
+  std::vector<std::string> names;  // zone names
+  // The words of a builder command, one option each: a vector option would take a value such as
+  // [1,2,3] apart as a list of its own.
+  std::array<std::string, 3> words;
+  std::size_t wordCount = 0;
   std::string state;
   std::string path;
   std::string value;
@@ -285,14 +290,18 @@ Commands declare(CLI::App& app, Options& o) {
   c.zoneSet->add_option("STATE", o.state, "on or off")
       ->required()
       ->check(CLI::IsMember({"on", "off"}));
-  const std::vector<std::tuple<std::string, std::string, std::size_t>> builder = {
-      {"set", "set ADDRESS ATTR VALUE: set an attribute. " + std::string(kValueHelp), 3},
-      {"create", "create TYPE NAME PARENT: create a node", 3},
-      {"delete", "delete ADDRESS: delete a node", 1},
-      {"load", "load SCENE PARENT NODE: load a scene under PARENT as NODE", 3}};
-  for (const auto& [name, help, count] : builder) {
+  using Words = std::vector<std::string>;
+  const std::vector<std::tuple<std::string, std::string, Words>> builder = {
+      {"set", "set an attribute. " + std::string(kValueHelp), {"ADDRESS", "ATTR", "VALUE"}},
+      {"create", "create a node", {"TYPE", "NAME", "PARENT"}},
+      {"delete", "delete a node", {"ADDRESS"}},
+      {"load", "load a scene under PARENT as NODE", {"SCENE", "PARENT", "NODE"}}};
+  for (const auto& [name, help, words] : builder) {
     CLI::App* sub = app.add_subcommand(name, help);
-    sub->add_option("ARGS", o.names, "arguments")->required()->expected(static_cast<int>(count));
+    for (std::size_t i = 0; i < words.size(); ++i) {
+      sub->add_option(words[i], o.words[i])->required();
+    }
+    sub->callback([&o, count = words.size()] { o.wordCount = count; });
     c.builder.emplace_back(name, sub);
   }
   CLI::App* roa = app.add_subcommand("roa", "remote objects: get, set, call");
@@ -328,7 +337,7 @@ int run(const Commands& c, const Options& o) {
   if (*c.zoneGet) runZoneGet(session, o.names);
   if (*c.zoneSet) runZoneSet(session, o.path, o.state);
   for (const auto& [name, sub] : c.builder) {
-    if (*sub) runBuilderCommand(session, name, o.names);
+    if (*sub) runBuilderCommand(session, name, {o.words.begin(), o.words.begin() + o.wordCount});
   }
   if (*c.roaGet) {
     session.connect();
