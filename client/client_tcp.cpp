@@ -136,9 +136,14 @@ void VXClientTcp::fillBuffer() {
   readEnd_ = socket_.readAvailable(readBuffer_.data(), readBuffer_.size());
   if (readEnd_ == 0) {
     // A socket that does not block (registered on Windows) had nothing yet: wait for one byte
-    // within the time limit, then take what else came with it.
+    // within the time limit, then take what else came with it in one more receive. A close
+    // right behind the data must not cost the data: the next read reports it.
     socket_.readExact(readBuffer_.data(), 1);
-    readEnd_ = 1 + socket_.read(readBuffer_.data() + 1, readBuffer_.size() - 1);
+    readEnd_ = 1;
+    try {
+      readEnd_ += socket_.readAvailable(readBuffer_.data() + 1, readBuffer_.size() - 1);
+    } catch (const AFCSocketDisconnectedException&) {
+    }
   }
 }
 

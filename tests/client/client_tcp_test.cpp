@@ -191,6 +191,18 @@ TEST_F(ClientTcp, APeerCloseRunsTheDisconnectListenersOnceAndAReconnectResubscri
   EXPECT_EQ(events_.seen.back(), "connect 0");
 }
 
+TEST_F(ClientTcp, AReplyFollowedAtOnceByTheServersCloseIsStillRead) {
+  peer_.serve([](PeerConnection& c) {
+    c.readPacket();
+    c.send(noLoginVersion());
+    c.close();
+  });
+  EXPECT_TRUE(session_.connect());
+  EXPECT_EQ(session_.getServerVersion(), "2295beta6");
+  EXPECT_TRUE(pumpUntil([&] { return !session_.isOpen(); }));
+  EXPECT_EQ(events_.seen, (std::vector<std::string>{"connect 0", "disconnect 0"}));
+}
+
 TEST_F(ClientTcp, ABadMagicFromThePeerClosesTheSessionWithALogLine) {
   peer_.serve([](PeerConnection& c) {
     c.readPacket();
