@@ -10,17 +10,10 @@
 
 namespace {
 
-Bytes objectPayload(const AFCPersistent& object) {
-  AFCPersistentOutputStreamBuffer out;
-  out.writeObject(&object);
-  const AFCBuffer& buffer = out.getBuffer();
-  return Bytes(buffer.data(), buffer.data() + buffer.size());
-}
-
 Bytes reply(int32_t kind, std::unique_ptr<AFCAttribute> value = nullptr) {
   VXROAValues values;
   if (value) values.push_back(std::move(value));
-  return packetBytes(10, objectPayload(VXROAReply(kind, std::move(values))));
+  return packetBytes(10, objectBytes(VXROAReply(kind, std::move(values))));
 }
 
 std::unique_ptr<VXROARequest> sentRequest(const WrittenPacket& packet) {

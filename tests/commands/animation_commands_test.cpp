@@ -10,15 +10,6 @@ namespace {
 
 using wire::cat;
 
-// The object header of a new object of the class: no back-reference, then the name.
-wire::Bytes header(const std::string& className) {
-  wire::Bytes bytes = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0,
-                       static_cast<uint8_t>(className.size())};
-  for (char c : className) bytes.push_back(static_cast<uint8_t>(c));
-  return bytes;
-}
-const wire::Bytes kBasePart = {0xDA, 0x0F};
-
 wire::Bytes objectWritten(const AFCPersistent& object, uint32_t version) {
   AFCPersistentOutputStreamBuffer out(version);
   out.writeObject(&object);
@@ -47,7 +38,7 @@ AFCRef<VXAnimation> animation() {
 wire::Bytes animationBytes(bool extraTangents) {
   using namespace wire;
   const Bytes tangentExtra = extraTangents ? f32(0) : Bytes{};
-  return cat({str(""), i32(1),                                            //
+  return cat({str(""), i32(1),                                               //
               str("Root/a"), str("Alpha"), str(""), i32(0), i32(0), u32(1),  //
               i64(10), f32(0.5f), f32(0), f32(0), tangentExtra, i32(VX_INTERPOLATION_LINEAR),
               f32(0), f32(0), tangentExtra, i32(VX_INTERPOLATION_LINEAR)});
@@ -57,10 +48,9 @@ wire::Bytes animationBytes(bool extraTangents) {
 // 2293006, the speed from 2294011.
 wire::Bytes optionsBytes(uint32_t version) {
   using namespace wire;
-  return cat({version > 2000000 ? str("n") : Bytes{}, i64(5), i64(0),
-              i64(INT64_MAX), i32(VX_PLAY_MODE_FORWARD),
-              version >= 2293006 ? i32(9) : Bytes{}, version >= 2294011 ? f32(2.0f) : Bytes{},
-              boolean(true)});
+  return cat({version > 2000000 ? str("n") : Bytes{}, i64(5), i64(0), i64(INT64_MAX),
+              i32(VX_PLAY_MODE_FORWARD), version >= 2293006 ? i32(9) : Bytes{},
+              version >= 2294011 ? f32(2.0f) : Bytes{}, boolean(true)});
 }
 
 class AnimationCommands : public ::testing::TestWithParam<uint32_t> {};
@@ -69,7 +59,7 @@ TEST_P(AnimationCommands, ActivateByNameWritesTargetOptionsThenName) {
   const uint32_t version = GetParam();
   VXActivateAnimationCommand command("in", "Root/t", options());
   EXPECT_EQ(objectWritten(command, version),
-            cat({header("VXActivateAnimationCommand"), kBasePart, wire::str("Root/t"),
+            cat({newObjectHeader("VXActivateAnimationCommand"), kBasePart, wire::str("Root/t"),
                  optionsBytes(version), wire::str("in")}));
 }
 
@@ -77,15 +67,15 @@ TEST_P(AnimationCommands, ClientAnimationTravelsAfterTheOptions) {
   const uint32_t version = GetParam();
   VXActivateClientAnimationCommand command(animation(), "Root/t", options());
   EXPECT_EQ(objectWritten(command, version),
-            cat({header("VXActivateClientAnimationCommand"), kBasePart, wire::str("Root/t"),
-                 optionsBytes(version), animationBytes(version >= 2294017)}));
+            cat({newObjectHeader("VXActivateClientAnimationCommand"), kBasePart,
+                 wire::str("Root/t"), optionsBytes(version), animationBytes(version >= 2294017)}));
 }
 
 TEST_P(AnimationCommands, StoreWritesNameTargetThenTheAnimation) {
   const uint32_t version = GetParam();
   VXStoreLocalAnimationCommand command("in", "Root/t", animation());
   EXPECT_EQ(objectWritten(command, version),
-            cat({header("VXStoreLocalAnimationCommand"), kBasePart, wire::str("in"),
+            cat({newObjectHeader("VXStoreLocalAnimationCommand"), kBasePart, wire::str("in"),
                  wire::str("Root/t"), animationBytes(version >= 2294017)}));
 }
 
@@ -119,8 +109,8 @@ TEST(AnimationCommandText, NamesTheTargetOptionsAndWhatIsAnimated) {
   EXPECT_EQ(byName.toString(), "Animate target=Root/t, opts=(" +
                                    VXActivateAnimationOptions().toString() + "), Name=in");
   VXActivateClientAnimationCommand client(animation(), "Root/t", VXActivateAnimationOptions());
-  EXPECT_EQ(client.toString(), "Animate target=Root/t, opts=(" +
-                                   VXActivateAnimationOptions().toString() + "), Obj");
+  EXPECT_EQ(client.toString(),
+            "Animate target=Root/t, opts=(" + VXActivateAnimationOptions().toString() + "), Obj");
   EXPECT_EQ(VXStoreLocalAnimationCommand("in", "Root/t", animation()).toString(),
             "StoreLocalAnimation in on Root/t");
 }
@@ -149,7 +139,7 @@ TEST(AnimationCommandRead, AFreshAnimationReplacesTheOldOne) {
 
 TEST(AnimationCommandRegistry, TheBaseIsNotCreatedByName) {
   const std::string text = readObjectError(
-      cat({header("VXActivateAnimationCommandBase"), kBasePart, wire::str("t")}));
+      cat({newObjectHeader("VXActivateAnimationCommandBase"), kBasePart, wire::str("t")}));
   EXPECT_NE(text.find("Can't find class"), std::string::npos) << text;
 }
 
