@@ -25,7 +25,10 @@ void VXSimHub::log(const std::string& line) const {
 
 void VXSimHub::attach(VXSimConnection& connection) { connections_.push_back(&connection); }
 
-void VXSimHub::detach(VXSimConnection& connection) { std::erase(connections_, &connection); }
+void VXSimHub::detach(VXSimConnection& connection) {
+  std::erase(connections_, &connection);
+  watches_.remove(connection);
+}
 
 std::vector<uint8_t> VXSimHub::makeChallenge() {
   std::uniform_int_distribution<int> byte(0, 255);
@@ -53,6 +56,7 @@ void VXSimHub::runAction(VXSimConnection& from, const VXAction& action) {
     }
   }
   notifyZoneChanges();
+  notifyWatchers();
   for (int32_t id : callbacks) {
     AFCPersistentOutputStreamBuffer out(getCombinedVersion());
     out.writeInt32(id);
@@ -78,6 +82,24 @@ void VXSimHub::notifyZoneChanges() {
     wanted.write(out);
     connection->send(Type::kZoneState, out.getBuffer());
   }
+}
+
+void VXSimHub::notifyWatchers() {
+  const auto changes =
+      watches_.takeChanges([this](const std::string& target) { return watchedValue(target); });
+  for (const auto& [connection, text] : changes) {
+    AFCPersistentOutputStreamBuffer out(getCombinedVersion());
+    out.writeString(text);
+    connection->send(Type::kServerMessage, out.getBuffer());
+  }
+}
+
+std::string VXSimHub::watchedValue(const std::string& target) const {
+  const std::size_t dot = target.rfind('.');
+  const VXSimNode* node = scene_.find(std::string_view(target).substr(0, dot));
+  if (node == nullptr) return "<undefined>";
+  const auto found = node->attributes.find(target.substr(dot + 1));
+  return found == node->attributes.end() ? "<undefined>" : found->second->toString();
 }
 
 void VXSimHub::reportError(unsigned level, const std::string& text) {

@@ -2,7 +2,8 @@
 // What the simulator's clients share: the scene, the configuration, the list of connections
 // and the simulator's own log. Actions from any client change the one scene; their effects go
 // out to the clients that asked for them (error-log entries to the subscribers, zone changes
-// to the clients registered for the zone, a callback to the client that sent it).
+// to the clients registered for the zone, a callback to the client that sent it, a watched
+// attribute's change to the clients watching it).
 //
 // Owns the scene; connections are not owned (each attaches itself for its lifetime). Not thread
 // safe: the server runs hub and connections on one thread. Serving never throws for a command
@@ -17,6 +18,7 @@
 #include "commands/action.h"
 #include "tools/vxsim/sim_options.h"
 #include "tools/vxsim/sim_scene.h"
+#include "tools/vxsim/sim_watch.h"
 
 class VXSimConnection;
 
@@ -35,6 +37,7 @@ class VXSimHub {
   const std::vector<VXSimConnection*>& getConnections() const { return connections_; }
   // The camera last switched to through "::CameraManager.switchCamera"; empty before.
   const std::string& getCamera() const { return camera_; }
+  const VXSimWatches& getWatches() const { return watches_; }
 
   // Lines of the simulator's log go to the sink (none by default).
   void setLogSink(LogSink sink) { logSink_ = std::move(sink); }
@@ -58,6 +61,10 @@ class VXSimHub {
 
  private:
   void notifyZoneChanges();
+  // Tells the watchers of every attribute whose value changed (see VXSimWatches).
+  void notifyWatchers();
+  // The text of the attribute a "PATH.ATTR" target names, "<undefined>" when there is none.
+  std::string watchedValue(const std::string& target) const;
   VXROAReply serveRemote(VXSimConnection& from, const VXROARequest& request);
   VXROAReply serveService(VXSimConnection& from, const std::string& object,
                           const std::string& member, int32_t kind, const VXROAValues& arguments);
@@ -66,6 +73,11 @@ class VXSimHub {
   VXROAReply servePick(VXSimConnection& from, const VXROAValues& arguments);
   VXROAReply serveNode(const std::string& object, const std::string& member, int32_t kind,
                        const VXROAValues& arguments);
+  VXROAReply serveProperties(const std::string& object);
+  VXROAReply serveMultiGet(const std::string& object, const VXROAValues& names);
+  VXROAReply serveWatch(VXSimConnection& from, const std::string& target);
+  // The node at a "Root..." path; throws VXROAEntityNotFound("object", path).
+  VXSimNode& remoteNode(const std::string& path);
 
   VXSimOptions options_;
   VXSimScene scene_;
@@ -74,4 +86,5 @@ class VXSimHub {
   std::mt19937 random_;
   int32_t lastPreviewId_ = 0;  // ids handed out are 1 up to this
   std::string camera_;
+  VXSimWatches watches_;
 };

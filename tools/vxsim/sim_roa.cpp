@@ -1,5 +1,22 @@
 // Remote objects of the simulator: the scene's nodes by "Root/..." path with their attributes,
 // and the server's services ("::Preview", "::Pick", "::CameraManager", "::Control").
+//
+// Member kinds (SET_ATTR, GET_ATTR, INVOKE, WATCH_ATTR) name "OBJECT.MEMBER", split at the last
+// '.'; object kinds (ENUM_PROPS, GET_MULTI_ATTR) name the object itself, so a node name may hold
+// a '.' there. The layouts this server chose for the kinds the client does not issue itself:
+//   ENUM_PROPS      PROPS: the object's class name (a node's type, "Node" for one without, a
+//                   service's name without "::"), then one string per property: a node's
+//                   attribute names in name order, a service's method names in name order.
+//                   The client matches the class name to a local class of that name.
+//   GET_MULTI_ATTR  arguments: the attribute names (any value, read as its text); VALUE with
+//                   the values in the same order. A missing name fails the whole request with
+//                   "Attribute NAME not found!"; services have no attributes.
+//   WATCH_ATTR      "NODE.ATTR", no arguments; the attribute must exist; VOID. Later changes are
+//   told as
+//                   server messages "TARGET=VALUE" (see VXSimWatches).
+//   FEATURES        any target, no arguments; VALUE with one Int32 per request kind served,
+//                   the synchronous ones 0-7, then NULL_ASYNC and SET_ATTR_ASYNC.
+// An asynchronous form (kind + 256) is served like its synchronous kind, without a reply.
 #include <algorithm>
 #include <map>
 #include <set>
@@ -14,10 +31,47 @@
 namespace {
 
 constexpr std::string_view kServicePrefix = "::";
+constexpr const char* kUntypedNodeClass = "Node";
+
+// The services by name, with their methods.
+const std::map<std::string, std::set<std::string>>& services() {
+  static const std::map<std::string, std::set<std::string>> kServices = {
+      {"::Preview", {"generateID", "getStillImageFile", "getSequenceImageFile"}},
+      {"::Pick", {"sendRequest"}},
+      {"::CameraManager", {"switchCamera"}},
+      {"::Control", {"writePicture", "writeScene"}},
+  };
+  return kServices;
+}
+
+const std::set<std::string>& serviceMethods(const std::string& object) {
+  const auto service = services().find(object);
+  if (service == services().end()) throw VXROAEntityNotFound("object", object);
+  return service->second;
+}
 
 VXROAReply valueReply(std::unique_ptr<AFCAttribute> value) {
   VXROAValues values;
   values.push_back(std::move(value));
+  return VXROAReply(VX_ROA_REPLY_VALUE, std::move(values));
+}
+
+VXROAReply propsReply(const std::string& className, const std::set<std::string>& names) {
+  VXROAValues values;
+  values.push_back(std::make_unique<AFCAttributeString>(className));
+  for (const std::string& name : names)
+    values.push_back(std::make_unique<AFCAttributeString>(name));
+  return VXROAReply(VX_ROA_REPLY_PROPS, std::move(values));
+}
+
+VXROAReply featuresReply() {
+  VXROAValues values;
+  for (int32_t kind = VX_ROA_NULL; kind <= VX_ROA_FEATURES; ++kind) {
+    values.push_back(std::make_unique<AFCAttributeInt32>(kind));
+  }
+  for (int32_t kind : {VX_ROA_NULL_ASYNC, VX_ROA_SET_ATTR_ASYNC}) {
+    values.push_back(std::make_unique<AFCAttributeInt32>(kind));
+  }
   return VXROAReply(VX_ROA_REPLY_VALUE, std::move(values));
 }
 
@@ -60,20 +114,36 @@ VXROAReply vxSimExceptionReply(const std::string& text) {
 }
 
 VXROAReply VXSimHub::answer(VXSimConnection& from, const VXROARequest& request) {
+  VXROAReply reply;
   try {
-    return serveRemote(from, request);
+    reply = serveRemote(from, request);
   } catch (const AFCException& e) {
     if (vxROAIsAsync(request.getKind())) {
       log("client " + std::to_string(from.getId()) + ": ROA async set: " + e.what());
     }
-    return vxSimExceptionReply(e.what());
+    reply = vxSimExceptionReply(e.what());
   }
+  notifyWatchers();
+  return reply;
 }
 
 VXROAReply VXSimHub::serveRemote(VXSimConnection& from, const VXROARequest& request) {
   const int32_t kind = request.getKind() % VX_ROA_ASYNC;
-  if (kind == VX_ROA_NULL) return VXROAReply(VX_ROA_REPLY_VOID);
   const std::string& target = request.getTarget();
+  switch (kind) {
+    case VX_ROA_NULL:
+      return VXROAReply(VX_ROA_REPLY_VOID);
+    case VX_ROA_FEATURES:
+      return featuresReply();
+    case VX_ROA_ENUM_PROPS:
+      return serveProperties(target);
+    case VX_ROA_GET_MULTI_ATTR:
+      return serveMultiGet(target, request.getArguments());
+    case VX_ROA_WATCH_ATTR:
+      return serveWatch(from, target);
+    default:
+      break;
+  }
   const std::size_t dot = target.rfind('.');
   if (dot == std::string::npos || dot == 0 || dot + 1 == target.size()) throw VXROABadRequest();
   const std::string object = target.substr(0, dot);
@@ -86,15 +156,7 @@ VXROAReply VXSimHub::serveRemote(VXSimConnection& from, const VXROARequest& requ
 VXROAReply VXSimHub::serveService(VXSimConnection& from, const std::string& object,
                                   const std::string& member, int32_t kind,
                                   const VXROAValues& arguments) {
-  static const std::map<std::string, std::set<std::string>> kServices = {
-      {"::Preview", {"generateID", "getStillImageFile", "getSequenceImageFile"}},
-      {"::Pick", {"sendRequest"}},
-      {"::CameraManager", {"switchCamera"}},
-      {"::Control", {"writePicture", "writeScene"}},
-  };
-  const auto service = kServices.find(object);
-  if (service == kServices.end()) throw VXROAEntityNotFound("object", object);
-  if (!service->second.contains(member)) throw VXROAEntityNotFound("Method", member);
+  if (!serviceMethods(object).contains(member)) throw VXROAEntityNotFound("Method", member);
   if (kind != VX_ROA_INVOKE) throw VXROABadRequest();
   const std::string call = "client " + std::to_string(from.getId()) + ": " + object + "." + member;
   if (object == "::Preview") return servePreview(call, member, arguments);
@@ -149,14 +211,11 @@ VXROAReply VXSimHub::servePick(VXSimConnection& from, const VXROAValues& argumen
 
 VXROAReply VXSimHub::serveNode(const std::string& object, const std::string& member, int32_t kind,
                                const VXROAValues& arguments) {
-  VXSimNode* node = scene_.find(object);
-  if (node == nullptr || !(object == "Root" || object.starts_with("Root/"))) {
-    throw VXROAEntityNotFound("object", object);
-  }
+  VXSimNode& node = remoteNode(object);
   switch (kind) {
     case VX_ROA_GET_ATTR: {
-      const auto found = node->attributes.find(member);
-      if (found == node->attributes.end()) throw VXROAEntityNotFound("Attribute", member);
+      const auto found = node.attributes.find(member);
+      if (found == node.attributes.end()) throw VXROAEntityNotFound("Attribute", member);
       return valueReply(std::unique_ptr<AFCAttribute>(found->second->clone()));
     }
     case VX_ROA_SET_ATTR:
@@ -168,4 +227,56 @@ VXROAReply VXSimHub::serveNode(const std::string& object, const std::string& mem
     default:
       throw VXROABadRequest();
   }
+}
+
+VXSimNode& VXSimHub::remoteNode(const std::string& path) {
+  VXSimNode* node = scene_.find(path);
+  if (node == nullptr || !(path == "Root" || path.starts_with("Root/"))) {
+    throw VXROAEntityNotFound("object", path);
+  }
+  return *node;
+}
+
+VXROAReply VXSimHub::serveProperties(const std::string& object) {
+  if (object.starts_with(kServicePrefix)) {
+    return propsReply(object.substr(kServicePrefix.size()), serviceMethods(object));
+  }
+  const VXSimNode& node = remoteNode(object);
+  std::set<std::string> names;
+  for (const auto& attribute : node.attributes) names.insert(attribute.first);
+  return propsReply(node.type.empty() ? kUntypedNodeClass : node.type, names);
+}
+
+VXROAReply VXSimHub::serveMultiGet(const std::string& object, const VXROAValues& names) {
+  if (names.empty()) throw VXROABadRequest();
+  if (object.starts_with(kServicePrefix)) {
+    serviceMethods(object);  // an unknown service is named as such
+    throw VXROAEntityNotFound("Attribute", argumentAt(names, 0).toString());
+  }
+  const VXSimNode& node = remoteNode(object);
+  VXROAValues values;
+  for (std::size_t i = 0; i < names.size(); ++i) {
+    const std::string name = argumentAt(names, i).toString();
+    const auto found = node.attributes.find(name);
+    if (found == node.attributes.end()) throw VXROAEntityNotFound("Attribute", name);
+    values.push_back(std::unique_ptr<AFCAttribute>(found->second->clone()));
+  }
+  return VXROAReply(VX_ROA_REPLY_VALUE, std::move(values));
+}
+
+VXROAReply VXSimHub::serveWatch(VXSimConnection& from, const std::string& target) {
+  const std::size_t dot = target.rfind('.');
+  if (dot == std::string::npos || dot == 0 || dot + 1 == target.size()) throw VXROABadRequest();
+  const std::string object = target.substr(0, dot);
+  const std::string member = target.substr(dot + 1);
+  if (object.starts_with(kServicePrefix)) {
+    serviceMethods(object);  // an unknown service is named as such
+    throw VXROAEntityNotFound("Attribute", member);
+  }
+  const VXSimNode& node = remoteNode(object);
+  const auto found = node.attributes.find(member);
+  if (found == node.attributes.end()) throw VXROAEntityNotFound("Attribute", member);
+  watches_.add(from, target, found->second->toString());
+  log("client " + std::to_string(from.getId()) + ": watching " + target);
+  return VXROAReply(VX_ROA_REPLY_VOID);
 }
