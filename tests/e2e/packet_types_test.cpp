@@ -88,6 +88,20 @@ TEST_F(PacketTypes, ServerErrorsReachTheErrLogListenersWithTheirLevelAndTextUnti
   EXPECT_EQ(entries.lines.size(), 2u);
 }
 
+TEST_F(PacketTypes, PacketsSentBeforeAReplyAreDispatchedBeforeTheRequestReturns) {
+  Entries entries;
+  client_.session.addErrLogListener(&entries);
+  client_.session.addServerMessageListener(&client_.recorder);
+  client_.session.createNode("Text", "txt", "Root");
+  client_.session.setAttribute("Root/txt", "Size", std::make_unique<AFCAttributeInt32>(1));
+  client_.session.roaCall(VXROARequest("Root/txt.Size", VX_ROA_WATCH_ATTR));
+  client_.session.deleteNode("Root/missing");
+  const AFCAttributeInt32 size(2);
+  client_.session.remoteSetAttr("Root/txt.Size", &size);  // no pumping from here on
+  EXPECT_EQ(entries.lines.size(), 1u);
+  EXPECT_EQ(client_.seen, std::vector<std::string>{"l: message Root/txt.Size=2"});
+}
+
 TEST_F(PacketTypes, RemoteAttributesAreSetAndReadSynchronouslyAndWithoutReply) {
   client_.session.createNode("Text", "txt", "Root");
   const AFCAttributeInt32 size(24);

@@ -86,4 +86,16 @@ TEST_F(Reconnect, ASecondDropIsToldAgainAndTheClientComesBackAgain) {
   EXPECT_NE(server_.hub().getScene().find("Root/back"), nullptr);
 }
 
+TEST_F(Reconnect, ARequestThatMeetsTheDropFailsAndTheClientIsStillToldOnce) {
+  server_.console("drop");
+  // The close has arrived, but no callback has seen it yet: the request is the first to.
+  ASSERT_EQ(client_.handler.waitForEvents(3000), AFCFDHandlerEvent::WaitResult::Ready);
+  EXPECT_THROW(client_.session.remoteGetAttr("Root.Size"), AFCException);
+  ASSERT_TRUE(client_.pumpUntil([&] { return client_.saw("disconnect 0"); }));
+  client_.pumpUntil([] { return false; }, std::chrono::milliseconds(100));
+  EXPECT_EQ(std::count(client_.seen.begin(), client_.seen.end(), "l: disconnect 0"), 1);
+  EXPECT_FALSE(client_.session.isOpen());
+  EXPECT_TRUE(client_.session.connect());
+}
+
 }  // namespace
