@@ -3,7 +3,7 @@
 //
 // Member kinds (SET_ATTR, GET_ATTR, INVOKE, WATCH_ATTR) name "OBJECT.MEMBER", split at the last
 // '.'; object kinds (ENUM_PROPS, GET_MULTI_ATTR) name the object itself, so a node name may hold
-// a '.' there. The layouts this server chose for the kinds the client does not issue itself:
+// a '.' there. The layouts this server chose where the client leaves them open:
 //   ENUM_PROPS      PROPS: the object's class name (a node's type, "Node" for one without, a
 //                   service's name without "::"), then one string per property: a node's
 //                   attribute names in name order, a service's method names in name order.
@@ -11,9 +11,8 @@
 //   GET_MULTI_ATTR  arguments: the attribute names (any value, read as its text); VALUE with
 //                   the values in the same order. A missing name fails the whole request with
 //                   "Attribute NAME not found!"; services have no attributes.
-//   WATCH_ATTR      "NODE.ATTR", no arguments; the attribute must exist; VOID. Later changes are
-//   told as
-//                   server messages "TARGET=VALUE" (see VXSimWatches).
+//   WATCH_ATTR      "NODE.ATTR", no arguments; the attribute must exist; VOID. Its later
+//                   changes are told as server messages "TARGET=VALUE" (see VXSimWatches).
 //   FEATURES        any target, no arguments; VALUE with one Int32 per request kind served,
 //                   the synchronous ones 0-7, then NULL_ASYNC and SET_ATTR_ASYNC.
 // An asynchronous form (kind + 256) is served like its synchronous kind, without a reply.
@@ -59,8 +58,9 @@ VXROAReply valueReply(std::unique_ptr<AFCAttribute> value) {
 VXROAReply propsReply(const std::string& className, const std::set<std::string>& names) {
   VXROAValues values;
   values.push_back(std::make_unique<AFCAttributeString>(className));
-  for (const std::string& name : names)
+  for (const std::string& name : names) {
     values.push_back(std::make_unique<AFCAttributeString>(name));
+  }
   return VXROAReply(VX_ROA_REPLY_PROPS, std::move(values));
 }
 
