@@ -9,6 +9,9 @@
 //                       injects a fault (see sim_faults.h), then prints the standing ones
 //   drop                closes every connection
 //   quit                ends the simulator
+// The JSON tree is one object per node: "name", "type", "kind" ("node" or "effect"), "active"
+// (effects only), "scene" (the scene loaded into it, or ""), "attributes" (name to text form)
+// and "children" (objects in the scene's order).
 // Runs on the hub's thread; never throws for a bad line: it prints what is wrong.
 #include <ostream>
 #include <string>
