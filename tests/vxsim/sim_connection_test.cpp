@@ -144,3 +144,120 @@ TEST(SimConnection, NothingButTheHandshakeIsServedBeforeTheLogin) {
   connection.feed(response.data(), response.size());
   EXPECT_EQ(packetsOf(connection.takeOutput()).at(0).payload, Bytes{0});
 }
+
+namespace {
+
+uint32_t headerWord(const std::vector<uint8_t>& bytes, std::size_t offset) {
+  return (uint32_t{bytes.at(offset)} << 24) | (uint32_t{bytes.at(offset + 1)} << 16) |
+         (uint32_t{bytes.at(offset + 2)} << 8) | uint32_t{bytes.at(offset + 3)};
+}
+
+void feed(VXSimConnection& connection, const Bytes& bytes) {
+  connection.feed(bytes.data(), bytes.size());
+}
+
+}  // namespace
+
+TEST(SimConnectionFaults, ACloseOrderClosesEachConnectionAfterItsNextNPackets) {
+  RecordingHub recording;
+  VXSimConnection early(recording.hub, 1);
+  feed(early, packetBytes(11));  // before the order: not counted
+  recording.hub.getFaults().apply("close 3");
+  VXSimConnection late(recording.hub, 2);  // connects after the order: carries it out too
+  feed(early, packetBytes(11) + packetBytes(11));
+  EXPECT_FALSE(early.isClosed());
+  // The third packet is served, then the connection closes; the fourth is not looked at.
+  feed(early, packetBytes(5) + packetBytes(5));
+  EXPECT_TRUE(early.isClosed());
+  EXPECT_EQ(packetsOf(early.takeOutput()).size(), 1u);
+  EXPECT_EQ(recording.lines.back(), "client 1: closed after 3 packets (fault)");
+
+  feed(late, packetBytes(11) + packetBytes(11) + packetBytes(11));
+  EXPECT_TRUE(late.isClosed());
+
+  recording.hub.getFaults().apply("off");
+  VXSimConnection after(recording.hub, 3);
+  for (int i = 0; i < 5; ++i) feed(after, packetBytes(11));
+  EXPECT_FALSE(after.isClosed());
+}
+
+TEST(SimConnectionFaults, AMagicOrderSpoilsOnlyTheNextPacketToEachConnection) {
+  VXSimHub hub;
+  VXSimConnection first(hub, 1);
+  VXSimConnection second(hub, 2);
+  hub.getFaults().apply("magic");
+  feed(first, packetBytes(5) + packetBytes(5));
+  const std::vector<uint8_t> bytes = first.takeOutput();
+  ASSERT_EQ(bytes.size(), 2 * (12 + 20u));
+  EXPECT_EQ(headerWord(bytes, 0), VXSimConnection::kBadMagic);
+  EXPECT_EQ(headerWord(bytes, 4), 6u);  // type and length stay right
+  EXPECT_EQ(headerWord(bytes, 8), 20u);
+  EXPECT_EQ(headerWord(bytes, 32), 0x56585001u);
+
+  hub.broadcastMessage("m");  // the second connection's next packet is this one
+  EXPECT_EQ(headerWord(second.takeOutput(), 0), VXSimConnection::kBadMagic);
+  EXPECT_EQ(headerWord(first.takeOutput(), 0), 0x56585001u);
+
+  hub.getFaults().apply("magic");  // a new order is carried out once more
+  hub.broadcastMessage("m");
+  EXPECT_EQ(headerWord(first.takeOutput(), 0), VXSimConnection::kBadMagic);
+}
+
+TEST(SimConnectionFaults, ALengthOrderDeclaresOneByteOverTheLimitOnce) {
+  RecordingHub recording;
+  VXSimConnection connection(recording.hub, 1);
+  recording.hub.getFaults().apply("length");
+  feed(connection, packetBytes(5) + packetBytes(5));
+  const std::vector<uint8_t> bytes = connection.takeOutput();
+  ASSERT_EQ(bytes.size(), 2 * (12 + 20u));  // the payload itself is still all there
+  EXPECT_EQ(headerWord(bytes, 0), 0x56585001u);
+  EXPECT_EQ(headerWord(bytes, 8), 10000001u);
+  EXPECT_EQ(headerWord(bytes, 32 + 8), 20u);
+  EXPECT_EQ(recording.lines.back(), "client 1: packet 6 sent with a bad length (fault)");
+}
+
+TEST(SimConnectionFaults, ADelayHoldsARepliesBackWithEverythingFramedAfterIt) {
+  using Clock = VXSimConnection::Clock;
+  VXSimHub hub;
+  VXSimConnection connection(hub, 1);
+  hub.broadcastMessage("before");  // not a reply, and nothing held: goes at once
+  hub.getFaults().apply("delay 300");
+  const Clock::time_point asked = Clock::now();
+  feed(connection, packetBytes(5));
+  hub.broadcastMessage("after");  // must not overtake the reply
+  ASSERT_TRUE(connection.nextDue().has_value());
+  EXPECT_GE(*connection.nextDue(), asked + std::chrono::milliseconds(300));
+  EXPECT_LE(*connection.nextDue(), Clock::now() + std::chrono::milliseconds(300));
+
+  auto packets = packetsOf(connection.takeOutput(asked));
+  ASSERT_EQ(packets.size(), 1u);
+  EXPECT_EQ(packets[0].type, 16u);
+  EXPECT_TRUE(connection.hasOutput());
+
+  packets = packetsOf(connection.takeOutput(*connection.nextDue()));
+  ASSERT_EQ(packets.size(), 2u);
+  EXPECT_EQ(packets[0].type, 6u);
+  EXPECT_EQ(packets[1].type, 16u);
+  EXPECT_FALSE(connection.nextDue().has_value());
+  EXPECT_FALSE(connection.hasOutput());
+}
+
+TEST(SimConnectionFaults, HeldRepliesGoOutInTheOrderOfTheirRequests) {
+  using Clock = VXSimConnection::Clock;
+  VXSimHub hub;
+  VXSimConnection connection(hub, 1);
+  hub.getFaults().apply("delay 500");
+  feed(connection, packetBytes(5));
+  hub.getFaults().apply("delay 1");  // a shorter delay must not let the next reply overtake
+  feed(connection, packetBytes(17));
+  hub.getFaults().apply("off");
+  feed(connection, packetBytes(5));
+  EXPECT_TRUE(
+      packetsOf(connection.takeOutput(Clock::now() + std::chrono::milliseconds(100))).empty());
+  std::vector<uint32_t> types;
+  for (const auto& packet :
+       packetsOf(connection.takeOutput(Clock::now() + std::chrono::hours(1)))) {
+    types.push_back(packet.type);
+  }
+  EXPECT_EQ(types, (std::vector<uint32_t>{6, 18, 6}));
+}

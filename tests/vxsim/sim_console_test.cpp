@@ -4,6 +4,7 @@
 
 #include <sstream>
 
+#include "foundation/attribute_string.h"
 #include "tests/vxsim/sim_test_support.h"
 
 namespace {
@@ -14,6 +15,7 @@ class SimConsole : public ::testing::Test {
     session_.addZoneNotifyListener("L3", &listener_);
     session_.addErrLogListener(&listener_);
     session_.addServerMessageListener(&listener_);
+    session_.addPickResultListener(&listener_);
     session_.connect();
   }
   std::string run(const std::string& line) {
@@ -58,4 +60,53 @@ TEST_F(SimConsole, DropClosesEveryConnectionAndQuitEnds) {
   EXPECT_EQ(vxSimConsoleCommand(recording_.hub, "drop", out), VXSimConsoleResult::Continue);
   EXPECT_TRUE(session_.connection().isClosed());
   EXPECT_EQ(vxSimConsoleCommand(recording_.hub, "quit", out), VXSimConsoleResult::Quit);
+}
+
+TEST_F(SimConsole, PickSendsThePickResultToEveryClient) {
+  PipedSession other(recording_.hub, 2);
+  std::vector<std::string> otherSeen;
+  RecordingListener otherListener(&otherSeen, "o");
+  other.addPickResultListener(&otherListener);
+  other.connect();
+  EXPECT_EQ(run("pick <pick node=\"Root/a\"/>"), "");
+  other.dispatchPending();
+  EXPECT_EQ(seen_, std::vector<std::string>{"l: pick <pick node=\"Root/a\"/>"});
+  EXPECT_EQ(otherSeen, std::vector<std::string>{"o: pick <pick node=\"Root/a\"/>"});
+  EXPECT_EQ(run("pick"), "usage: pick XML\n");
+}
+
+TEST_F(SimConsole, TreeAsJsonGivesEveryNodeWithItsAttributesAndChildrenInOrder) {
+  EXPECT_EQ(run("tree --json"),
+            R"({"name":"Root","type":"","kind":"node","scene":"","attributes":{},"children":[]})"
+            "\n");
+  session_.createNode("Group", "a", "");
+  session_.setAttribute("a", "Text", std::make_unique<AFCAttributeString>("say \"hi\"\n"));
+  session_.setAttribute("a", "Alpha", std::make_unique<AFCAttributeString>("1"));
+  session_.createEffect("Blur", "fx", "a");
+  session_.activateEffect("a/fx");
+  session_.loadScene("Lower", "a", "bg");
+  session_.createNode("Text", "b", "");
+  EXPECT_EQ(run("tree  --json "),
+            R"({"name":"Root","type":"","kind":"node","scene":"","attributes":{},"children":[)"
+            R"({"name":"a","type":"Group","kind":"node","scene":"",)"
+            R"("attributes":{"Alpha":"1","Text":"say \"hi\"\n"},"children":[)"
+            R"({"name":"fx","type":"Blur","kind":"effect","active":true,"scene":"",)"
+            R"("attributes":{},"children":[]},)"
+            R"({"name":"bg","type":"Scene","kind":"node","scene":"Lower","attributes":{},)"
+            R"("children":[]}]},)"
+            R"({"name":"b","type":"Text","kind":"node","scene":"","attributes":{},"children":[]}]})"
+            "\n");
+  EXPECT_EQ(run("tree --xml"), "usage: tree [--json]\n");
+}
+
+TEST_F(SimConsole, FaultInjectsAnOrderAndPrintsTheStandingOnes) {
+  EXPECT_EQ(run("fault"), "faults: none\n");
+  EXPECT_EQ(run("fault close 2"), "faults: close after 2 packets\n");
+  EXPECT_EQ(run("fault delay 40"), "faults: close after 2 packets, delay 40 ms\n");
+  EXPECT_EQ(run("fault close 0"), "usage: fault [close N|magic|length|delay MS|off]\n");
+  EXPECT_EQ(recording_.hub.getFaults().closeAfter, 2u);
+  EXPECT_EQ(run("fault off"), "faults: none\n");
+  const std::string unknown = run("fly");
+  EXPECT_NE(unknown.find("pick XML"), std::string::npos) << unknown;
+  EXPECT_NE(unknown.find("fault [close N|magic|length|delay MS|off]"), std::string::npos);
 }

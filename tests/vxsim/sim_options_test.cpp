@@ -56,4 +56,15 @@ TEST(SimOptions, RefusesUnknownOptionsMissingValuesAndBadPorts) {
   EXPECT_EQ(textOf({"--port"}), "Missing value for --port");
   EXPECT_EQ(textOf({"--port", "65536"}), "Bad port: \"65536\"");
   EXPECT_EQ(textOf({"--port=-1"}), "Bad port: \"-1\"");
+  EXPECT_EQ(textOf({"--control-port", "70000"}), "Bad control port: \"70000\"");
+  EXPECT_EQ(textOf({"--fault", "close 0"}), "Bad fault: \"close 0\"");
+}
+
+TEST(SimOptions, AControlPortAndFaultsFromTheStartAreOptional) {
+  EXPECT_EQ(VXSimOptions().controlPort, -1);
+  EXPECT_TRUE(VXSimOptions().faults.empty());
+  const VXSimOptions options =
+      vxSimParseArguments({"--control-port=0", "--fault", "delay 50", "--fault=magic"});
+  EXPECT_EQ(options.controlPort, 0);
+  EXPECT_EQ(options.faults, (std::vector<std::string>{"delay 50", "magic"}));
 }

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <atomic>
 #include <chrono>
 #include <functional>
 #include <mutex>
@@ -90,4 +91,32 @@ TEST_F(SimServer, AWrongPasswordFailsTheTcpConnect) {
   first_.setPassword("guess");
   EXPECT_THROW(first_.connect(), VXClientException);
   EXPECT_FALSE(first_.isOpen());
+}
+
+TEST_F(SimServer, WhileAReplyIsHeldBackTheOtherClientsAreServed) {
+  RunningServer server(secretOptions());
+  AFCFDHandlerEvent waitingHandler;  // not pumped: the request reads its reply itself
+  first_.setServerAddress(server.address());
+  first_.setAsyncRegistry(&waitingHandler);
+  first_.setPassword("secret");
+  ASSERT_TRUE(first_.connect());
+  second_.addCommandCallbackListener(&listener_);
+  connect(second_, server);
+  ASSERT_EQ(server.command("fault delay 1000"), "faults: delay 1000 ms\n");
+
+  std::atomic<bool> answered{false};
+  VXZonesState asked;
+  asked.set("L3", true);
+  std::thread waiting([&] {
+    first_.getZoneState1(asked);
+    answered.store(true);
+  });
+  // A callback is no reply: it comes back at once, while the first client still waits.
+  const int32_t id = second_.commandCallback();
+  EXPECT_TRUE(pumpUntil([&] { return !seen_.empty(); }));
+  EXPECT_FALSE(answered.load());
+  EXPECT_EQ(seen_, std::vector<std::string>{"l: callback " + std::to_string(id)});
+  waiting.join();
+  EXPECT_TRUE(answered.load());
+  EXPECT_FALSE(asked.get("L3"));
 }

@@ -1,7 +1,11 @@
 // vxsim: a render-server simulator. It listens for clients, answers the protocol over a small
-// scene graph that every client shares, and takes operator commands on standard input.
-//   vxsim [--port N] [--host ADDRESS] [--password P] [--version V]
-// The first line of output is "vxsim listening on ADDRESS:PORT"; log lines follow.
+// scene graph that every client shares, and takes operator commands (sim_console.h: scene,
+// zones, messages, pick results, error-log entries, faults) on standard input and, with
+// --control-port, on a loopback TCP port.
+//   vxsim [--port N] [--host ADDRESS] [--password P] [--version V] [--control-port N]
+//         [--fault SPEC]...
+// The first line of output is "vxsim listening on ADDRESS:PORT", then, with a control port,
+// "vxsim control on 127.0.0.1:PORT"; log lines follow.
 #include <deque>
 #include <iostream>
 #include <mutex>
@@ -58,6 +62,12 @@ int serve(const VXSimOptions& options) {
   VXSimServer server(hub, handler);
   const int port = server.listen(options.host, options.port);
   std::cout << "vxsim listening on " << options.host << ":" << port << std::endl;
+  if (options.controlPort >= 0) {
+    // Loopback only: whoever reaches the port can stop the simulator and break its clients.
+    const int controlPort = server.listenControl("127.0.0.1", options.controlPort);
+    std::cout << "vxsim control on 127.0.0.1:" << controlPort << std::endl;
+  }
+  for (const std::string& fault : options.faults) hub.getFaults().apply(fault);
   if (!options.password.empty() && options.version.combined() < VXClientPacket::kLoginVersion) {
     hub.log(
         "warning: clients log in only from version 2295.7 (or 2295beta7) on; with this "

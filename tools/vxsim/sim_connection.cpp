@@ -20,6 +20,13 @@ uint32_t getWord(const uint8_t* p) {
   return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | uint32_t{p[3]};
 }
 
+// True once per magic or length order: for the packet being framed when the order is new.
+bool takeFault(uint64_t order, uint64_t& done) {
+  if (order == 0 || order == done) return false;
+  done = order;
+  return true;
+}
+
 AFCBuffer bufferOf(const std::vector<uint8_t>& bytes) {
   return AFCBuffer(bytes.data(), bytes.size());
 }
@@ -33,13 +40,57 @@ VXSimConnection::VXSimConnection(VXSimHub& hub, int id)
 
 VXSimConnection::~VXSimConnection() { hub_.detach(*this); }
 
-std::vector<uint8_t> VXSimConnection::takeOutput() { return std::exchange(output_, {}); }
+std::vector<uint8_t> VXSimConnection::takeOutput(Clock::time_point now) {
+  while (!held_.empty() && held_.front().due <= now) {
+    const std::vector<uint8_t>& bytes = held_.front().bytes;
+    output_.insert(output_.end(), bytes.begin(), bytes.end());
+    held_.pop_front();
+  }
+  return std::exchange(output_, {});
+}
+
+std::optional<VXSimConnection::Clock::time_point> VXSimConnection::nextDue() const {
+  if (held_.empty()) return std::nullopt;
+  return held_.front().due;
+}
 
 void VXSimConnection::send(uint32_t type, const AFCBuffer& payload) {
-  putWord(output_, kMagic);
-  putWord(output_, type);
-  putWord(output_, static_cast<uint32_t>(payload.size()));
-  output_.insert(output_.end(), payload.data(), payload.data() + payload.size());
+  // Behind a held reply everything waits, so that nothing overtakes it.
+  frame(held_.empty() ? output_ : held_.back().bytes, type, payload);
+}
+
+void VXSimConnection::sendReply(uint32_t type, const AFCBuffer& payload) {
+  const uint32_t delayMs = hub_.getFaults().delayMs;
+  if (delayMs == 0) return send(type, payload);
+  held_.push_back({Clock::now() + std::chrono::milliseconds(delayMs), {}});
+  frame(held_.back().bytes, type, payload);
+}
+
+void VXSimConnection::frame(std::vector<uint8_t>& out, uint32_t type, const AFCBuffer& payload) {
+  const VXSimFaults& faults = hub_.getFaults();
+  const bool badMagic = takeFault(faults.magicOrder, magicDone_);
+  const bool badLength = takeFault(faults.lengthOrder, lengthDone_);
+  putWord(out, badMagic ? kBadMagic : kMagic);
+  putWord(out, type);
+  putWord(out, badLength ? kMaxPayload + 1 : static_cast<uint32_t>(payload.size()));
+  out.insert(out.end(), payload.data(), payload.data() + payload.size());
+  if (badMagic || badLength) {
+    hub_.log("client " + std::to_string(id_) + ": packet " + std::to_string(type) + " sent with " +
+             (badMagic ? "a bad magic" : "a bad length") + " (fault)");
+  }
+}
+
+void VXSimConnection::countForCloseFault() {
+  const VXSimFaults& faults = hub_.getFaults();
+  if (faults.closeOrder == 0) return;
+  if (closeSeen_ != faults.closeOrder) {
+    closeSeen_ = faults.closeOrder;
+    packetsLeft_ = faults.closeAfter;
+  }
+  if (packetsLeft_ == 0 || --packetsLeft_ > 0) return;
+  closed_ = true;
+  hub_.log("client " + std::to_string(id_) + ": closed after " + std::to_string(faults.closeAfter) +
+           " packets (fault)");
 }
 
 void VXSimConnection::sendAfterReply(uint32_t type, AFCBuffer payload) {
@@ -71,6 +122,7 @@ void VXSimConnection::feed(const uint8_t* bytes, std::size_t count) {
       const AFCBuffer payload(header + kHeaderSize, length);
       at += kHeaderSize + length;
       servePacket(type, payload);
+      countForCloseFault();
     }
   } catch (const VXCommunicationErrorException&) {
     closed_ = true;
@@ -132,13 +184,13 @@ void VXSimConnection::serveVersion() {
        {version.word0, version.word1, version.word2, version.major, version.minor}) {
     putWord(words, word);
   }
-  send(Type::kVersionReply, bufferOf(words));
+  sendReply(Type::kVersionReply, bufferOf(words));
 }
 
 void VXSimConnection::serveChallenge() {
   challenge_.clear();
   if (!hub_.getOptions().password.empty()) challenge_ = hub_.makeChallenge();
-  send(Type::kLoginChallenge, bufferOf(challenge_));
+  sendReply(Type::kLoginChallenge, bufferOf(challenge_));
 }
 
 void VXSimConnection::serveLoginResponse(const AFCBuffer& payload) {
@@ -148,7 +200,7 @@ void VXSimConnection::serveLoginResponse(const AFCBuffer& payload) {
   challenge_.clear();  // one answer per challenge
   loggedIn_ = loggedIn_ || accepted;
   hub_.log("client " + std::to_string(id_) + (accepted ? ": logged in" : ": login refused"));
-  send(Type::kLoginAnswer, bufferOf({static_cast<uint8_t>(accepted ? 1 : 0)}));
+  sendReply(Type::kLoginAnswer, bufferOf({static_cast<uint8_t>(accepted ? 1 : 0)}));
 }
 
 void VXSimConnection::serveAction(const AFCBuffer& payload) {
@@ -181,7 +233,7 @@ void VXSimConnection::serveGetZoneState(const AFCBuffer& payload) {
   }
   AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
   reply.write(out);
-  send(Type::kZoneState, out.getBuffer());
+  sendReply(Type::kZoneState, out.getBuffer());
 }
 
 void VXSimConnection::serveZoneRegistration(uint32_t type, const AFCBuffer& payload) {
@@ -211,7 +263,7 @@ void VXSimConnection::serveRemoteObjectRequest(const AFCBuffer& payload) {
   if (!request || !vxROAIsAsync(request->getKind())) {
     AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
     out.writeObject(&reply);
-    send(Type::kROAReply, out.getBuffer());
+    sendReply(Type::kROAReply, out.getBuffer());
   }
   flushAfterReply();
 }

@@ -10,8 +10,15 @@
 // VXCommunicationErrorException ("Bad magic in packet header", "Wrong packet length") when the
 // framing breaks; the connection is then closed and takes no more bytes. A packet whose payload
 // cannot be decoded is logged and dropped; a request among them is still answered.
+//
+// The hub's fault orders are carried out here: received packets are counted for a close order,
+// the next packet framed gets a bad magic or length, and a reply under a delay is held back, with
+// everything framed after it, until it is due; takeOutput() gives only what is due.
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <deque>
+#include <optional>
 #include <set>
 #include <string>
 #include <vector>
@@ -25,6 +32,9 @@ class VXSimConnection {
   static constexpr uint32_t kMagic = 0x56585001;
   static constexpr std::size_t kHeaderSize = 12;
   static constexpr uint32_t kMaxPayload = 10000000;
+  // What a magic fault writes instead of kMagic.
+  static constexpr uint32_t kBadMagic = 0x0BADF00D;
+  using Clock = std::chrono::steady_clock;
 
   VXSimConnection(VXSimHub& hub, int id);
   ~VXSimConnection();
@@ -34,15 +44,20 @@ class VXSimConnection {
   int getId() const { return id_; }
   // Takes the bytes and serves every whole packet among them.
   void feed(const uint8_t* bytes, std::size_t count);
-  // The framed packets to send since the last call.
-  std::vector<uint8_t> takeOutput();
-  bool hasOutput() const { return !output_.empty(); }
+  // The framed packets to send since the last call, up to the first held reply not due at now.
+  std::vector<uint8_t> takeOutput(Clock::time_point now = Clock::now());
+  // Anything framed and not yet taken, due or not.
+  bool hasOutput() const { return !output_.empty() || !held_.empty(); }
+  // When the first held reply is due; nothing when none is held.
+  std::optional<Clock::time_point> nextDue() const;
   // Framing broke or the operator dropped the connection: the bytes carrier should close it.
   bool isClosed() const { return closed_; }
   void markClosed() { closed_ = true; }
 
   // Appends one framed packet to the output.
   void send(uint32_t type, const AFCBuffer& payload);
+  // The same for the reply to a request, which a delay fault holds back.
+  void sendReply(uint32_t type, const AFCBuffer& payload);
   // Holds a packet back until the reply being made has been sent (a pick result after the
   // remote-object reply that asked for it).
   void sendAfterReply(uint32_t type, AFCBuffer payload);
@@ -63,15 +78,30 @@ class VXSimConnection {
   void serveZoneRegistration(uint32_t type, const AFCBuffer& payload);
   void serveRemoteObjectRequest(const AFCBuffer& payload);
   void flushAfterReply();
+  void frame(std::vector<uint8_t>& out, uint32_t type, const AFCBuffer& payload);
+  // Counts a received packet against a close order; closes when it was the last one.
+  void countForCloseFault();
+
+  // A reply a delay holds back, and what was framed after it.
+  struct Held {
+    Clock::time_point due;
+    std::vector<uint8_t> bytes;
+  };
 
   VXSimHub& hub_;
   const int id_;
   std::vector<uint8_t> input_;
   std::vector<uint8_t> output_;
+  std::deque<Held> held_;
   std::vector<std::pair<uint32_t, AFCBuffer>> afterReply_;
   bool closed_ = false;
   bool loggedIn_;
   bool errLogSubscriber_ = false;
   std::vector<uint8_t> challenge_;  // the last one sent, until it is answered
   std::set<std::string> zones_;
+  // The hub's fault orders carried out, by number (see VXSimFaults).
+  uint64_t magicDone_ = 0;
+  uint64_t lengthDone_ = 0;
+  uint64_t closeSeen_ = 0;
+  uint32_t packetsLeft_ = 0;  // before the close order is carried out
 };

@@ -5,6 +5,8 @@
 
 #include "foundation/errlog.h"
 #include "tools/vxsim/sim_connection.h"
+#include "tools/vxsim/sim_json.h"
+#include "tools/vxsim/sim_options.h"
 
 namespace {
 
@@ -50,25 +52,79 @@ void sendErrLog(VXSimHub& hub, const std::string& arguments, std::ostream& out) 
   hub.reportError(static_cast<unsigned>(level), text);
 }
 
+void writeNode(VXSimJsonWriter& json, const VXSimNode& node) {
+  json.beginObject().key("name").string(node.name).key("type").string(node.type);
+  json.key("kind").string(node.kind == VXSimNode::Kind::Effect ? "effect" : "node");
+  if (node.kind == VXSimNode::Kind::Effect) json.key("active").boolean(node.active);
+  json.key("scene").string(node.sceneName);
+  json.key("attributes").beginObject();
+  for (const auto& [name, value] : node.attributes) json.key(name).string(value->toString());
+  json.endObject().key("children").beginArray();
+  for (const auto& child : node.children) writeNode(json, *child);
+  json.endArray().endObject();
+}
+
+void printTree(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  const std::string option = splitWord(arguments).first;
+  if (option.empty()) {
+    out << hub.getScene().dumpTree();
+  } else if (option == "--json" && splitWord(arguments).second.empty()) {
+    VXSimJsonWriter json;
+    writeNode(json, hub.getScene().getRoot());
+    out << json.text() << '\n';
+  } else {
+    out << "usage: tree [--json]\n";
+  }
+}
+
+void sendPick(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  if (arguments.empty()) {
+    out << "usage: pick XML\n";
+    return;
+  }
+  hub.broadcastPickResult(arguments);
+}
+
+void injectFault(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  try {
+    if (!arguments.empty()) hub.getFaults().apply(arguments);
+    out << hub.getFaults().describe() << '\n';
+  } catch (const VXSimUsageException&) {
+    out << "usage: fault [" << kVXSimFaultUsage << "]\n";
+  }
+}
+
+void dropAll(VXSimHub& hub, const std::string&, std::ostream&) {
+  for (VXSimConnection* connection : hub.getConnections()) connection->markClosed();
+}
+
+using Command = void (*)(VXSimHub& hub, const std::string& arguments, std::ostream& out);
+
+const std::pair<const char*, Command> kCommands[] = {
+    {"tree", printTree},
+    {"zone", switchZone},
+    {"message",
+     [](VXSimHub& hub, const std::string& text, std::ostream&) { hub.broadcastMessage(text); }},
+    {"pick", sendPick},
+    {"errlog", sendErrLog},
+    {"fault", injectFault},
+    {"drop", dropAll},
+};
+
 }  // namespace
 
 VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, std::ostream& out) {
   const auto [command, arguments] = splitWord(line);
   if (command.empty()) return VXSimConsoleResult::Continue;
   if (command == "quit") return VXSimConsoleResult::Quit;
-  if (command == "tree") {
-    out << hub.getScene().dumpTree();
-  } else if (command == "zone") {
-    switchZone(hub, arguments, out);
-  } else if (command == "message") {
-    hub.broadcastMessage(arguments);
-  } else if (command == "errlog") {
-    sendErrLog(hub, arguments, out);
-  } else if (command == "drop") {
-    for (VXSimConnection* connection : hub.getConnections()) connection->markClosed();
+  const auto* known = std::find_if(std::begin(kCommands), std::end(kCommands),
+                                   [&](const auto& entry) { return command == entry.first; });
+  if (known != std::end(kCommands)) {
+    known->second(hub, arguments, out);
   } else {
     out << "unknown command: " << command
-        << " (tree, zone NAME on|off, message TEXT, errlog LEVEL TEXT, drop, quit)\n";
+        << " (tree [--json], zone NAME on|off, message TEXT, pick XML, errlog LEVEL TEXT, fault ["
+        << kVXSimFaultUsage << "], drop, quit)\n";
   }
   out.flush();
   return VXSimConsoleResult::Continue;

@@ -113,9 +113,17 @@ void VXSimHub::reportError(unsigned level, const std::string& text) {
 }
 
 void VXSimHub::broadcastMessage(const std::string& text) {
+  broadcastText(Type::kServerMessage, text);
+}
+
+void VXSimHub::broadcastPickResult(const std::string& text) {
+  broadcastText(Type::kPickResult, text);
+}
+
+void VXSimHub::broadcastText(uint32_t type, const std::string& text) {
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   out.writeString(text);
   for (VXSimConnection* connection : connections_) {
-    if (connection->isLoggedIn()) connection->send(Type::kServerMessage, out.getBuffer());
+    if (connection->isLoggedIn()) connection->send(type, out.getBuffer());
   }
 }

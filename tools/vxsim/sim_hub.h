@@ -16,6 +16,7 @@
 
 #include "client/roa_records.h"
 #include "commands/action.h"
+#include "tools/vxsim/sim_faults.h"
 #include "tools/vxsim/sim_options.h"
 #include "tools/vxsim/sim_scene.h"
 #include "tools/vxsim/sim_watch.h"
@@ -54,6 +55,10 @@ class VXSimHub {
   void reportError(unsigned level, const std::string& text);
   // A server message (packet 16) to every client.
   void broadcastMessage(const std::string& text);
+  // A pick result (packet 15) to every client.
+  void broadcastPickResult(const std::string& text);
+  // Faults the operator injects; the connections carry them out.
+  VXSimFaults& getFaults() { return faults_; }
   // Answers a remote-object request from the client.
   VXROAReply answer(VXSimConnection& from, const VXROARequest& request);
   // Sixteen random bytes for a login challenge.
@@ -65,6 +70,8 @@ class VXSimHub {
   void notifyWatchers();
   // The text of the attribute a "PATH.ATTR" target names, "<undefined>" when there is none.
   std::string watchedValue(const std::string& target) const;
+  // One string value of that packet type to every logged-in client.
+  void broadcastText(uint32_t type, const std::string& text);
   VXROAReply serveRemote(VXSimConnection& from, const VXROARequest& request);
   VXROAReply serveService(VXSimConnection& from, const std::string& object,
                           const std::string& member, int32_t kind, const VXROAValues& arguments);
@@ -87,4 +94,5 @@ class VXSimHub {
   int32_t lastPreviewId_ = 0;  // ids handed out are 1 up to this
   std::string camera_;
   VXSimWatches watches_;
+  VXSimFaults faults_;
 };

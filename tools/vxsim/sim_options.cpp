@@ -4,6 +4,8 @@
 #include <charconv>
 #include <limits>
 
+#include "tools/vxsim/sim_faults.h"
+
 namespace {
 
 constexpr uint32_t kDebugBuildBit = 0x40000000u;
@@ -78,12 +80,17 @@ VXSimVersion vxSimParseVersion(const std::string& text) {
 
 const char* const kVXSimUsage =
     "usage: vxsim [--port N] [--host ADDRESS] [--password P] [--version V]\n"
-    "  --port N        port to listen on (default 6260; 0 picks a free one)\n"
-    "  --host ADDRESS  IPv4 address to listen on (default 127.0.0.1)\n"
-    "  --password P    ask clients to log in with this password\n"
-    "  --version V     version to report: 2295.7, 2295beta3, '2295.7 debug' or\n"
-    "                  the raw words WORD1,WORD2,MAJOR,MINOR (default 2295.7)\n"
-    "console: tree | zone NAME on|off | message TEXT | errlog LEVEL TEXT | drop | quit\n";
+    "             [--control-port N] [--fault SPEC]...\n"
+    "  --port N          port to listen on (default 6260; 0 picks a free one)\n"
+    "  --host ADDRESS    IPv4 address to listen on (default 127.0.0.1)\n"
+    "  --password P      ask clients to log in with this password\n"
+    "  --version V       version to report: 2295.7, 2295beta3, '2295.7 debug' or\n"
+    "                    the raw words WORD1,WORD2,MAJOR,MINOR (default 2295.7)\n"
+    "  --control-port N  take console commands on 127.0.0.1:N too (0 picks a free one)\n"
+    "  --fault SPEC      inject a fault from the start: close N | magic | length |\n"
+    "                    delay MS\n"
+    "console: tree [--json] | zone NAME on|off | message TEXT | pick XML |\n"
+    "         errlog LEVEL TEXT | fault [close N|magic|length|delay MS|off] | drop | quit\n";
 
 VXSimOptions vxSimParseArguments(const std::vector<std::string>& arguments) {
   VXSimOptions options;
@@ -100,7 +107,8 @@ VXSimOptions vxSimParseArguments(const std::vector<std::string>& arguments) {
       options.help = true;
       continue;
     }
-    if (name != "--port" && name != "--host" && name != "--password" && name != "--version") {
+    if (name != "--port" && name != "--host" && name != "--password" && name != "--version" &&
+        name != "--control-port" && name != "--fault") {
       throw VXSimUsageException("Unknown option: " + name);
     }
     if (!inlineValue) {
@@ -113,6 +121,11 @@ VXSimOptions vxSimParseArguments(const std::vector<std::string>& arguments) {
       options.host = value;
     } else if (name == "--password") {
       options.password = value;
+    } else if (name == "--control-port") {
+      options.controlPort = static_cast<int>(parseNumber(value, "control port", 65535));
+    } else if (name == "--fault") {
+      VXSimFaults().apply(value);  // refused here rather than after the server started
+      options.faults.push_back(value);
     } else {
       options.version = vxSimParseVersion(value);
     }

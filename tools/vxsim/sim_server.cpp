@@ -1,5 +1,7 @@
 #include "tools/vxsim/sim_server.h"
 
+#include <algorithm>
+
 #include "client/client_exceptions.h"
 
 VXSimServer::VXSimServer(VXSimHub& hub, AFCFDHandler& handler) : hub_(hub), handler_(handler) {}
@@ -14,6 +16,11 @@ int VXSimServer::listen(const std::string& host, int port) {
   listener_.listen();
   listener_.enableEvents(AFC_FD_ACCEPT);
   return getPort();
+}
+
+int VXSimServer::listenControl(const std::string& host, int port) {
+  control_ = std::make_unique<VXSimControl>(hub_, handler_, [this] { stop(); });
+  return control_->listen(host, port);
 }
 
 void VXSimServer::acceptClient() {
@@ -79,11 +86,25 @@ void VXSimServer::flush() {
 void VXSimServer::reap() {
   flush();
   std::erase_if(clients_, [](const auto& client) { return !client->isOpen(); });
+  if (control_) control_->reap();
+}
+
+int VXSimServer::passTimeMs() const {
+  using namespace std::chrono;
+  const auto now = VXSimConnection::Clock::now();
+  int64_t wait = kPassMs;
+  for (const auto& client : clients_) {
+    if (const auto due = client->connection().nextDue()) {
+      // At least 1: a wait of 0 would only poll, and the loop would spin until the reply is due.
+      wait = std::clamp<int64_t>(ceil<milliseconds>(*due - now).count(), 1, wait);
+    }
+  }
+  return static_cast<int>(wait);
 }
 
 void VXSimServer::run(const std::function<void()>& idle) {
   while (!stopping_.load()) {
-    handler_.mainLoop(200);
+    handler_.mainLoop(passTimeMs());
     reap();
     if (idle) idle();
     reap();

@@ -1,7 +1,9 @@
 #pragma once
 // The simulator on the network: a listening socket and one socket per client, all registered
 // with one descriptor handler, carrying bytes between the sockets and the clients'
-// connections. Every client shares the hub's scene.
+// connections. Every client shares the hub's scene. Optionally a control port (sim_control.h)
+// on the same handler. Replies held back by a delay fault go out when due: the handler's wait
+// is cut short for them, so the other clients are served meanwhile.
 //
 // Owns its sockets and connections; the hub and the handler are the caller's and must outlive
 // it. Everything runs on the thread that pumps the handler (run() or the caller's own loop with
@@ -16,12 +18,15 @@
 #include "foundation/fd_handler.h"
 #include "foundation/socket.h"
 #include "tools/vxsim/sim_connection.h"
+#include "tools/vxsim/sim_control.h"
 #include "tools/vxsim/sim_hub.h"
 
 class VXSimServer {
  public:
   // Milliseconds a client may keep a write waiting before it is dropped.
   static constexpr int kWriteTimeLimitMs = 5000;
+  // Longest wait of the handler between passes of run().
+  static constexpr int kPassMs = 200;
 
   VXSimServer(VXSimHub& hub, AFCFDHandler& handler);
   ~VXSimServer();
@@ -31,6 +36,8 @@ class VXSimServer {
   // Binds and listens; port 0 picks a free one. Returns the port.
   int listen(const std::string& host, int port);
   int getPort() const { return listener_.getLocalPort(); }
+  // Opens the control port; port 0 picks a free one. Returns the port. "quit" there stops run().
+  int listenControl(const std::string& host, int port);
   std::size_t getClientCount() const { return clients_.size(); }
 
   // Sends what every connection has to send, and closes the sockets of closed connections.
@@ -73,11 +80,14 @@ class VXSimServer {
   void acceptClient();
   void sendOutput(Client& client);
   void closeClient(Client& client, const std::string& why);
+  // Milliseconds the handler may wait before a held reply falls due (at most kPassMs).
+  int passTimeMs() const;
 
   VXSimHub& hub_;
   AFCFDHandler& handler_;
   Listener listener_{*this};
   std::vector<std::unique_ptr<Client>> clients_;
   int nextClientId_ = 1;
+  std::unique_ptr<VXSimControl> control_;
   std::atomic<bool> stopping_{false};
 };
