@@ -117,8 +117,9 @@ VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, s
   const auto [command, arguments] = splitWord(line);
   if (command.empty()) return VXSimConsoleResult::Continue;
   if (command == "quit") return VXSimConsoleResult::Quit;
-  const auto* known = std::find_if(std::begin(kCommands), std::end(kCommands),
-                                   [&](const auto& entry) { return command == entry.first; });
+  const auto* known =
+      std::find_if(std::begin(kCommands), std::end(kCommands),
+                   [&name = command](const auto& entry) { return name == entry.first; });
   if (known != std::end(kCommands)) {
     known->second(hub, arguments, out);
   } else {

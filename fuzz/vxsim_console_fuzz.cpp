@@ -1,0 +1,52 @@
+// Feeds arbitrary text to the simulator's operator commands, as lines arrive from standard input
+// or from a control client: every command with any arguments, against a hub with a logged-in
+// client that is registered for a zone and subscribed to the error log, so that zone changes,
+// error-log entries, messages, pick results and faults are framed for it. The scene is then
+// printed both ways. Nothing may throw out of a command: bad lines only print what is wrong.
+#include <algorithm>
+#include <cstddef>
+#include <cstdint>
+#include <sstream>
+#include <string>
+#include <string_view>
+
+#include "client/register.h"
+#include "foundation/errlog.h"
+#include "tools/vxsim/sim_connection.h"
+#include "tools/vxsim/sim_console.h"
+#include "tools/vxsim/sim_hub.h"
+
+namespace {
+
+const uint8_t kListenerSetup[] = {
+    // packet 11 (subscribe to the error log), then packet 7 for the zone "Z"
+    0x56, 0x58, 0x50, 0x01, 0, 0, 0, 11, 0,    0,    0, 0, 0x56, 0x58, 0x50, 0x01,
+    0,    0,    0,    7,    0, 0, 0, 7,  0xDA, 0x0B, 0, 0, 0,    1,    'Z'};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
+  static const bool prepared = [] {
+    registerClientClasses();
+    AFCErrLog::instance().removeAllBackends();
+    return true;
+  }();
+  (void)prepared;
+  VXSimHub hub;
+  VXSimConnection client(hub, 1);
+  client.feed(kListenerSetup, sizeof kListenerSetup);
+  std::ostringstream out;
+  std::string_view text(reinterpret_cast<const char*>(data), size);
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find('\n'), text.size());
+    if (vxSimConsoleCommand(hub, std::string(text.substr(0, end)), out) ==
+        VXSimConsoleResult::Quit) {
+      break;
+    }
+    text.remove_prefix(std::min(end + 1, text.size()));
+    (void)client.takeOutput();
+  }
+  vxSimConsoleCommand(hub, "tree", out);
+  vxSimConsoleCommand(hub, "tree --json", out);
+  return 0;
+}
