@@ -59,3 +59,14 @@ TEST_F(SimConsole, DropClosesEveryConnectionAndQuitEnds) {
   EXPECT_TRUE(session_.connection().isClosed());
   EXPECT_EQ(vxSimConsoleCommand(recording_.hub, "quit", out), VXSimConsoleResult::Quit);
 }
+
+TEST_F(SimConsole, MessageBurstSendsNumberedMessagesInOrderAndRefusesABadCount) {
+  EXPECT_EQ(run("message-burst 3 m"), "");
+  EXPECT_EQ(seen_, (std::vector<std::string>{"l: message m0", "l: message m1", "l: message m2"}));
+  const std::string usage = "usage: message-burst COUNT PREFIX (COUNT up to 1000000)\n";
+  EXPECT_EQ(run("message-burst many m"), usage);
+  EXPECT_EQ(run("message-burst 3x m"), usage);
+  EXPECT_EQ(run("message-burst -1 m"), usage);
+  EXPECT_EQ(run("message-burst 1000001 m"), usage);
+  EXPECT_EQ(seen_.size(), 3u);
+}

@@ -2,11 +2,15 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 
 #include "foundation/errlog.h"
 #include "tools/vxsim/sim_connection.h"
 
 namespace {
+
+// Bounds the output a burst queues for every client at once.
+constexpr std::size_t kMaxBurst = 1000000;
 
 // The first word and the rest after the blanks that follow it.
 std::pair<std::string, std::string> splitWord(const std::string& text) {
@@ -50,6 +54,19 @@ void sendErrLog(VXSimHub& hub, const std::string& arguments, std::ostream& out) 
   hub.reportError(static_cast<unsigned>(level), text);
 }
 
+// COUNT server messages "PREFIX0" to "PREFIX<COUNT-1>" in one go, to load a client with events.
+void burstMessages(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  const auto [word, prefix] = splitWord(arguments);
+  std::size_t count = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
+  if (word.empty() || error != std::errc() || end != word.data() + word.size() ||
+      count > kMaxBurst) {
+    out << "usage: message-burst COUNT PREFIX (COUNT up to " << kMaxBurst << ")\n";
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) hub.broadcastMessage(prefix + std::to_string(i));
+}
+
 }  // namespace
 
 VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, std::ostream& out) {
@@ -62,13 +79,16 @@ VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, s
     switchZone(hub, arguments, out);
   } else if (command == "message") {
     hub.broadcastMessage(arguments);
+  } else if (command == "message-burst") {
+    burstMessages(hub, arguments, out);
   } else if (command == "errlog") {
     sendErrLog(hub, arguments, out);
   } else if (command == "drop") {
     for (VXSimConnection* connection : hub.getConnections()) connection->markClosed();
   } else {
     out << "unknown command: " << command
-        << " (tree, zone NAME on|off, message TEXT, errlog LEVEL TEXT, drop, quit)\n";
+        << " (tree, zone NAME on|off, message TEXT, message-burst COUNT PREFIX, "
+           "errlog LEVEL TEXT, drop, quit)\n";
   }
   out.flush();
   return VXSimConsoleResult::Continue;
