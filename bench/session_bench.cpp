@@ -18,6 +18,7 @@
 #include <thread>
 #include <vector>
 
+#include "bench/plain_server.h"
 #include "client/client_tcp.h"
 #include "client/register.h"
 #include "commands/node_commands.h"
@@ -26,79 +27,6 @@
 #include "foundation/socket.h"
 
 namespace {
-
-constexpr uint32_t kMagic = 0x56585001;
-
-void putWord(uint8_t* p, uint32_t v) {
-  p[0] = static_cast<uint8_t>(v >> 24), p[1] = static_cast<uint8_t>(v >> 16);
-  p[2] = static_cast<uint8_t>(v >> 8), p[3] = static_cast<uint8_t>(v);
-}
-uint32_t getWord(const uint8_t* p) {
-  return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3];
-}
-std::vector<uint8_t> packet(uint32_t type, const uint8_t* payload, std::size_t size) {
-  std::vector<uint8_t> bytes(12 + size);
-  putWord(bytes.data(), kMagic);
-  putWord(bytes.data() + 4, type);
-  putWord(bytes.data() + 8, static_cast<uint32_t>(size));
-  if (size > 0) std::memcpy(bytes.data() + 12, payload, size);
-  return bytes;
-}
-
-// The far side: reads whole packets from a big buffer, answers 5 with a version that asks for
-// no login and 3 with 4 carrying the same payload, and counts everything else.
-class PlainServer {
- public:
-  PlainServer() {
-    server_.bind(0, "127.0.0.1");
-    server_.listen();
-    thread_ = std::thread([this] { run(); });
-  }
-  ~PlainServer() { thread_.join(); }
-  int port() const { return server_.getLocalPort(); }
-  uint64_t packets() const { return packets_.load(std::memory_order_acquire); }
-
- private:
-  void run() {
-    AFCClientSocket peer;
-    server_.accept(peer);
-    peer.setNagleBuffer(false);
-    std::vector<uint8_t> in(1 << 20);
-    std::size_t have = 0;
-    try {
-      for (;;) {
-        have += peer.readAvailable(in.data() + have, in.size() - have);
-        std::size_t at = 0;
-        while (have - at >= 12 && have - at >= 12 + getWord(in.data() + at + 8)) {
-          answer(peer, getWord(in.data() + at + 4), in.data() + at + 12,
-                 getWord(in.data() + at + 8));
-          at += 12 + getWord(in.data() + at + 8);
-        }
-        std::memmove(in.data(), in.data() + at, have - at);
-        have -= at;
-      }
-    } catch (const AFCException&) {
-      // the client went away: the benchmark is over
-    }
-  }
-  void answer(AFCClientSocket& peer, uint32_t type, const uint8_t* payload, uint32_t size) {
-    packets_.fetch_add(1, std::memory_order_release);
-    if (type == 5) {
-      uint8_t version[20] = {};
-      putWord(version + 12, 2295);
-      putWord(version + 16, 106);
-      const auto reply = packet(6, version, sizeof version);
-      peer.writeAll(reply.data(), reply.size());
-    } else if (type == 3) {
-      const auto reply = packet(4, payload, size);
-      peer.writeAll(reply.data(), reply.size());
-    }
-  }
-
-  AFCServerSocket server_;
-  std::thread thread_;
-  std::atomic<uint64_t> packets_{0};
-};
 
 class BenchSession : public VXClientTcp {
  public:
@@ -115,22 +43,6 @@ struct Connected {
   PlainServer server;
   BenchSession session;
 };
-
-struct Raw {
-  Raw() {
-    socket.setTimeLimit(5000);
-    socket.connect("127.0.0.1", server.port());
-    socket.setNagleBuffer(false);
-  }
-  ~Raw() { socket.close(); }
-  PlainServer server;
-  AFCClientSocket socket;
-};
-
-double median(std::vector<double> values) {
-  std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
-  return values[values.size() / 2];
-}
 
 using Clock = std::chrono::steady_clock;
 constexpr int kRoundTrips = 5000;
@@ -149,34 +61,13 @@ std::vector<double> sessionRoundTrips() {
   return times;
 }
 
-// The same bytes over a raw socket: one send, then the header and the payload read apart, as a
-// plain client does.
-std::vector<double> rawRoundTrips() {
-  Raw raw;
-  VXZonesState zones;
-  zones.set("LowerThirds", false);
-  AFCPersistentOutputStreamBuffer out;
-  zones.write(out);
-  const auto request = packet(3, out.getBuffer().data(), out.getBuffer().size());
-  std::vector<uint8_t> reply(request.size());
-  std::vector<double> times;
-  for (int i = 0; i < kRoundTrips; ++i) {
-    const auto t0 = Clock::now();
-    raw.socket.writeAll(request.data(), request.size());
-    raw.socket.readExact(reply.data(), 12);
-    raw.socket.readExact(reply.data() + 12, reply.size() - 12);
-    times.push_back(std::chrono::duration<double, std::micro>(Clock::now() - t0).count());
-  }
-  return times;
-}
-
 // One connection at a time: with two idle connections open, whichever was made second paid
 // several times the wake-up cost on these machines, whichever kind it was.
 void BM_request_rtt(benchmark::State& state) {
   double sessionP50 = 0, plainP50 = 0;
   for (auto _ : state) {
     sessionP50 = median(sessionRoundTrips());
-    plainP50 = median(rawRoundTrips());
+    plainP50 = median(rawRoundTrips(kRoundTrips));
   }
   state.counters["figure_request_rtt_p50_us"] = sessionP50;
   state.counters["figure_raw_rtt_p50_us"] = plainP50;
@@ -193,11 +84,6 @@ std::unique_ptr<AFCAttribute> value(int i) {
 }
 
 std::string target(int i) { return "Root/_Br5_Title_1/t" + std::to_string(100 + i % 900); }
-
-// Waits until the reader has taken in every packet sent, so that the time covers delivery.
-void drain(const PlainServer& server, uint64_t expected) {
-  while (server.packets() < expected) std::this_thread::yield();
-}
 
 void BM_single_command(benchmark::State& state) {
   Connected c;

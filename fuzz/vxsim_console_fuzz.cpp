@@ -3,6 +3,7 @@
 // client that is registered for a zone and subscribed to the error log, so that zone changes,
 // error-log entries, messages, pick results and faults are framed for it. The scene is then
 // printed both ways. Nothing may throw out of a command: bad lines only print what is wrong.
+// At most kMaxLines lines an input, so that bursts of messages stay within the run's time limit.
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -23,6 +24,8 @@ const uint8_t kListenerSetup[] = {
     0x56, 0x58, 0x50, 0x01, 0, 0, 0, 11, 0,    0,    0, 0, 0x56, 0x58, 0x50, 0x01,
     0,    0,    0,    7,    0, 0, 0, 7,  0xDA, 0x0B, 0, 0, 0,    1,    'Z'};
 
+constexpr int kMaxLines = 16;
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
@@ -37,7 +40,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   client.feed(kListenerSetup, sizeof kListenerSetup);
   std::ostringstream out;
   std::string_view text(reinterpret_cast<const char*>(data), size);
-  while (!text.empty()) {
+  for (int lines = 0; lines < kMaxLines && !text.empty(); ++lines) {
     const std::size_t end = std::min(text.find('\n'), text.size());
     if (vxSimConsoleCommand(hub, std::string(text.substr(0, end)), out) ==
         VXSimConsoleResult::Quit) {

@@ -9,7 +9,7 @@ Two conventions make a figure:
     from real time.
   * A user counter named figure_<name> gives "figure <name>[_<args>] <median> <unit>", the unit
     read from the end of the name: _per_s 1/s, _ns ns, _us us, _ms ms, _s s, _bytes B,
-    _ratio x, anything else 1.
+    _mib MiB, _ratio x, anything else 1.
 Medians come from the median aggregate when the run had repetitions, else from the single run.
 """
 
@@ -19,7 +19,7 @@ import sys
 
 TIME_UNIT_NS = {"ns": 1.0, "us": 1e3, "ms": 1e6, "s": 1e9}
 COUNTER_UNITS = [("_per_s", "1/s"), ("_ns", "ns"), ("_us", "us"), ("_ms", "ms"),
-                 ("_bytes", "B"), ("_ratio", "x"), ("_s", "s")]
+                 ("_bytes", "B"), ("_mib", "MiB"), ("_ratio", "x"), ("_s", "s")]
 # Run-name parts that say how a benchmark was run, not what it measured.
 RUN_OPTION = re.compile(r"^(real_time|process_time|manual_time|"
                         r"(min_time|min_warmup_time|iterations|repeats):.*)$")

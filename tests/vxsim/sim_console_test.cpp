@@ -110,3 +110,14 @@ TEST_F(SimConsole, FaultInjectsAnOrderAndPrintsTheStandingOnes) {
   EXPECT_NE(unknown.find("pick XML"), std::string::npos) << unknown;
   EXPECT_NE(unknown.find("fault [close N|magic|length|delay MS|off]"), std::string::npos);
 }
+
+TEST_F(SimConsole, MessageBurstSendsNumberedMessagesInOrderAndRefusesABadCount) {
+  EXPECT_EQ(run("message-burst 3 m"), "");
+  EXPECT_EQ(seen_, (std::vector<std::string>{"l: message m0", "l: message m1", "l: message m2"}));
+  const std::string usage = "usage: message-burst COUNT PREFIX (COUNT up to 100000)\n";
+  EXPECT_EQ(run("message-burst many m"), usage);
+  EXPECT_EQ(run("message-burst 3x m"), usage);
+  EXPECT_EQ(run("message-burst -1 m"), usage);
+  EXPECT_EQ(run("message-burst 100001 m"), usage);
+  EXPECT_EQ(seen_.size(), 3u);
+}

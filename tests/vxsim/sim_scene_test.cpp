@@ -57,6 +57,39 @@ TEST_F(SimScene, CopiesRenamesAndDeletesNodesWithTheirAttributes) {
   EXPECT_EQ(scene_.getRoot().children.size(), 1u);
 }
 
+TEST_F(SimScene, NamesStayFindableThroughRenamesCopiesAndDeletesAmongManySiblings) {
+  // Long names live outside the string object: the lookup must not keep stale views of them.
+  const std::string prefix = "a-name-longer-than-any-inline-buffer-";
+  for (int i = 0; i < 200; ++i) {
+    scene_.apply(VXCreateNodeCommand("Text", prefix + std::to_string(i), "title"));
+  }
+  scene_.apply(VXRenameTargetCommand("title/" + prefix + "7", prefix + "renamed"));
+  scene_.apply(VXDeleteNodeCommand("title/" + prefix + "8"));
+  scene_.apply(VXCreateNodeCommand("Group", prefix + "8", "title"));  // the name is free again
+  scene_.apply(VXCopyNodeCommand("title", "copy", ""));
+  scene_.apply(VXRenameTargetCommand("copy/" + prefix + "9", "nine"));
+
+  for (const std::string parent : {"title/", "copy/"}) {
+    EXPECT_EQ(scene_.find(parent + prefix + "7"), nullptr) << parent;
+    ASSERT_NE(scene_.find(parent + prefix + "renamed"), nullptr) << parent;
+    EXPECT_EQ(scene_.find(parent + prefix + "renamed")->name, prefix + "renamed");
+    EXPECT_EQ(scene_.find(parent + prefix + "8")->type, "Group") << parent;
+    EXPECT_EQ(scene_.find(parent + prefix + "199")->name, prefix + "199") << parent;
+  }
+  // A short name lives inside the string object, so a stale view of it would still match.
+  scene_.apply(VXRenameTargetCommand("title/txt", "txt2"));
+  EXPECT_EQ(scene_.find("title/txt"), nullptr);
+  EXPECT_EQ(scene_.find("title/txt2")->type, "Text");
+  EXPECT_EQ(scene_.find("copy/" + prefix + "9"), nullptr);
+  EXPECT_EQ(scene_.find("copy/nine")->name, "nine");
+  EXPECT_EQ(scene_.find("title/" + prefix + "9")->name, prefix + "9");  // the original kept it
+  EXPECT_EQ(failureOf(VXCreateNodeCommand("Text", prefix + "renamed", "title")),
+            "Node already exists: Root/title/" + prefix + "renamed");
+  EXPECT_EQ(failureOf(VXRenameTargetCommand("copy/nine", "txt")),
+            "Node already exists: Root/copy/txt");
+  EXPECT_EQ(scene_.find("copy/txt")->type, "Text");
+}
+
 TEST_F(SimScene, RefusesRecordsWithoutTheirNodesAndLeavesTheSceneAsItWas) {
   const std::string before = scene_.dumpTree();
   EXPECT_EQ(failureOf(VXCreateNodeCommand("Group", "x", "nowhere")),

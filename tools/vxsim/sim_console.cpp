@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cctype>
+#include <charconv>
 
 #include "foundation/errlog.h"
 #include "tools/vxsim/sim_connection.h"
@@ -9,6 +10,9 @@
 #include "tools/vxsim/sim_options.h"
 
 namespace {
+
+// Bounds the output a burst queues for every client at once.
+constexpr std::size_t kMaxBurst = 100000;
 
 // The first word and the rest after the blanks that follow it.
 std::pair<std::string, std::string> splitWord(const std::string& text) {
@@ -50,6 +54,19 @@ void sendErrLog(VXSimHub& hub, const std::string& arguments, std::ostream& out) 
     return;
   }
   hub.reportError(static_cast<unsigned>(level), text);
+}
+
+// COUNT server messages "PREFIX0" to "PREFIX<COUNT-1>" in one go, to load a client with events.
+void burstMessages(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
+  const auto [word, prefix] = splitWord(arguments);
+  std::size_t count = 0;
+  const auto [end, error] = std::from_chars(word.data(), word.data() + word.size(), count);
+  if (word.empty() || error != std::errc() || end != word.data() + word.size() ||
+      count > kMaxBurst) {
+    out << "usage: message-burst COUNT PREFIX (COUNT up to " << kMaxBurst << ")\n";
+    return;
+  }
+  for (std::size_t i = 0; i < count; ++i) hub.broadcastMessage(prefix + std::to_string(i));
 }
 
 void writeNode(VXSimJsonWriter& json, const VXSimNode& node) {
@@ -105,6 +122,7 @@ const std::pair<const char*, Command> kCommands[] = {
     {"zone", switchZone},
     {"message",
      [](VXSimHub& hub, const std::string& text, std::ostream&) { hub.broadcastMessage(text); }},
+    {"message-burst", burstMessages},
     {"pick", sendPick},
     {"errlog", sendErrLog},
     {"fault", injectFault},
@@ -124,7 +142,8 @@ VXSimConsoleResult vxSimConsoleCommand(VXSimHub& hub, const std::string& line, s
     known->second(hub, arguments, out);
   } else {
     out << "unknown command: " << command
-        << " (tree [--json], zone NAME on|off, message TEXT, pick XML, errlog LEVEL TEXT, fault ["
+        << " (tree [--json], zone NAME on|off, message TEXT, message-burst COUNT PREFIX, pick XML, "
+           "errlog LEVEL TEXT, fault ["
         << kVXSimFaultUsage << "], drop, quit)\n";
   }
   out.flush();

@@ -3,6 +3,8 @@
 //   tree [--json]       the scene, as indented lines or as one line of JSON
 //   zone NAME on|off    switches a zone
 //   message TEXT        a server message to every client
+//   message-burst COUNT PREFIX
+//                       COUNT messages "PREFIX0", "PREFIX1", ... at once (COUNT up to 100000)
 //   pick XML            a pick result to every client
 //   errlog LEVEL TEXT   an error-log entry (LEVEL a name such as ERROR or a number 0-4)
 //   fault [close N|magic|length|delay MS|off]

@@ -38,10 +38,12 @@ std::vector<uint8_t> VXSimHub::makeChallenge() {
 }
 
 void VXSimHub::runAction(VXSimConnection& from, const VXAction& action) {
-  std::string line = "client " + std::to_string(from.getId()) + ": action on channel " +
-                     std::to_string(action.getChannel()) + ":";
-  for (const auto& record : action.getCommands()) line += " " + record->toString() + ";";
-  log(line);
+  if (logSink_) {  // made only when a sink reads it: text for every record is not free
+    std::string line = "client " + std::to_string(from.getId()) + ": action on channel " +
+                       std::to_string(action.getChannel()) + ":";
+    for (const auto& record : action.getCommands()) line += " " + record->toString() + ";";
+    log(line);
+  }
   std::vector<int32_t> callbacks;
   for (const auto& record : action.getCommands()) {
     if (const auto* callback = dynamic_cast<const VXCallbackCommand*>(record.get())) {

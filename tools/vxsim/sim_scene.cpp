@@ -13,16 +13,31 @@ namespace {
 constexpr std::string_view kRootName = "Root";
 constexpr const char* kClientAnimation = "<client>";
 
-// The node names of an address, without "Root" in front and without empty components.
-std::vector<std::string> components(std::string_view address) {
-  std::vector<std::string> names;
+// Calls visit with each node name of an address, without "Root" in front and without empty
+// components, until visit returns false. Returns false when it was stopped.
+template <class Visit>
+bool eachName(std::string_view address, Visit visit) {
+  bool first = true;
   std::size_t start = 0;
   while (start <= address.size()) {
     const std::size_t slash = std::min(address.find('/', start), address.size());
-    if (slash > start) names.emplace_back(address.substr(start, slash - start));
+    if (slash > start) {
+      const std::string_view name = address.substr(start, slash - start);
+      if (!(first && name == kRootName) && !visit(name)) return false;
+      first = false;
+    }
     start = slash + 1;
   }
-  if (!names.empty() && names.front() == kRootName) names.erase(names.begin());
+  return true;
+}
+
+// The node names of an address, as eachName gives them.
+std::vector<std::string> components(std::string_view address) {
+  std::vector<std::string> names;
+  eachName(address, [&](std::string_view name) {
+    names.emplace_back(name);
+    return true;
+  });
   return names;
 }
 
@@ -66,10 +81,24 @@ void dumpNode(const VXSimNode& node, int depth, std::string& out) {
 }  // namespace
 
 VXSimNode* VXSimNode::findChild(std::string_view childName) const {
-  for (const auto& child : children) {
-    if (child->name == childName) return child.get();
-  }
-  return nullptr;
+  const auto found = byName_.find(childName);
+  return found == byName_.end() ? nullptr : found->second;
+}
+
+void VXSimNode::addChild(std::unique_ptr<VXSimNode> child) {
+  byName_.emplace(child->name, child.get());
+  children.push_back(std::move(child));
+}
+
+void VXSimNode::removeChild(const VXSimNode& child) {
+  byName_.erase(child.name);
+  std::erase_if(children, [&](const auto& each) { return each.get() == &child; });
+}
+
+void VXSimNode::renameChild(VXSimNode& child, std::string newName) {
+  byName_.erase(child.name);
+  child.name = std::move(newName);
+  byName_.emplace(child.name, &child);
 }
 
 std::unique_ptr<VXSimNode> VXSimNode::clone() const {
@@ -83,7 +112,7 @@ std::unique_ptr<VXSimNode> VXSimNode::clone() const {
   for (const auto& [key, value] : attributes) {
     copy->attributes.emplace(key, std::unique_ptr<AFCAttribute>(value->clone()));
   }
-  for (const auto& child : children) copy->children.push_back(child->clone());
+  for (const auto& child : children) copy->addChild(child->clone());
   return copy;
 }
 
@@ -105,10 +134,10 @@ VXSimScene::VXSimScene() : root_(std::make_unique<VXSimNode>()) {
 
 VXSimNode* VXSimScene::find(std::string_view address) const {
   VXSimNode* current = root_.get();
-  for (const std::string& name : components(address)) {
+  eachName(address, [&](std::string_view name) {
     current = current->findChild(name);
-    if (current == nullptr) return nullptr;
-  }
+    return current != nullptr;
+  });
   return current;
 }
 
@@ -145,7 +174,7 @@ void VXSimScene::addChild(std::string_view parentAddress, std::unique_ptr<VXSimN
   }
   const std::size_t count = child->countNodes();
   if (nodeCount_ + count > kMaxNodes) throw VXSimSceneException("Scene is full");
-  parent.children.push_back(std::move(child));
+  parent.addChild(std::move(child));
   nodeCount_ += count;
 }
 
@@ -157,7 +186,7 @@ void VXSimScene::removeNode(std::string_view address, VXSimNode::Kind kind) {
   }
   VXSimNode& parent = *find(parentAddress(address));
   nodeCount_ -= target->countNodes();
-  std::erase_if(parent.children, [&](const auto& child) { return child.get() == target; });
+  parent.removeChild(*target);
 }
 
 void VXSimScene::setAttribute(std::string_view address, const std::string& name,
@@ -227,8 +256,8 @@ bool VXSimScene::applyNodeRecord(const VXCommand& record) {
   } else if (const auto* rename = as<VXRenameTargetCommand>(record)) {
     VXSimNode& target = node(rename->getTarget());
     if (&target == root_.get()) throw VXSimSceneException("Root cannot be renamed");
-    freeSlot(parentAddress(rename->getTarget()), rename->getNewName());
-    target.name = rename->getNewName();
+    freeSlot(parentAddress(rename->getTarget()), rename->getNewName())
+        .renameChild(target, rename->getNewName());
   } else if (const auto* remove = as<VXDeleteNodeCommand>(record)) {
     removeNode(remove->getTarget(), VXSimNode::Kind::Node);
   } else if (const auto* createEffect = as<VXCreateEffectCommand>(record)) {

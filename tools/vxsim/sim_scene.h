@@ -14,6 +14,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 #include "commands/command.h"
@@ -39,16 +40,27 @@ struct VXSimNode {
   Kind kind = Kind::Node;
   bool active = false;    // effects only
   std::string sceneName;  // set on the node a scene was loaded into
+  // In the order added; read here, changed only through the child operations below, which keep
+  // the index by name.
   std::vector<std::unique_ptr<VXSimNode>> children;
   std::map<std::string, std::unique_ptr<AFCAttribute>> attributes;
   std::map<std::string, VXSimAnimation> animations;
 
   VXSimNode* findChild(std::string_view childName) const;
+  // The child's name must be free among the children.
+  void addChild(std::unique_ptr<VXSimNode> child);
+  void removeChild(const VXSimNode& child);
+  void renameChild(VXSimNode& child, std::string newName);
   std::unique_ptr<VXSimNode> clone() const;
   // This node and all below it.
   std::size_t countNodes() const;
   // Levels from this node down to its deepest descendant, this one included.
   std::size_t height() const;
+
+ private:
+  // Every address lookup passes through here: a parent may hold thousands of children. The
+  // keys view the children's own names, which stay put because the children are on the heap.
+  std::unordered_map<std::string_view, VXSimNode*> byName_;
 };
 
 class VXSimScene {

@@ -42,7 +42,9 @@ void VXSimServer::Client::onReadable() {
       const std::size_t count = readAvailable(bytes, sizeof bytes);
       if (count == 0) break;
       connection_.feed(bytes, count);
-      if (connection_.isClosed()) break;
+      // A short read took all there was: asking again would only cost a call that finds
+      // nothing, and the handler reports what comes later.
+      if (connection_.isClosed() || count < sizeof bytes) break;
     }
   } catch (const AFCSocketDisconnectedException&) {
     connection_.markClosed();

@@ -1,0 +1,132 @@
+#pragma once
+// The far side of the transport benchmarks when no real server is wanted: a plain reader on a
+// loopback socket and its own thread, with the packet header written and read by hand. It is
+// the raw baseline that the session's figures are compared with.
+#include <algorithm>
+#include <atomic>
+#include <chrono>
+#include <cstdint>
+#include <cstring>
+#include <thread>
+#include <vector>
+
+#include "commands/zone_state.h"
+#include "foundation/persistent_stream.h"
+#include "foundation/socket.h"
+
+inline constexpr uint32_t kMagic = 0x56585001;
+
+inline void putWord(uint8_t* p, uint32_t v) {
+  p[0] = static_cast<uint8_t>(v >> 24), p[1] = static_cast<uint8_t>(v >> 16);
+  p[2] = static_cast<uint8_t>(v >> 8), p[3] = static_cast<uint8_t>(v);
+}
+inline uint32_t getWord(const uint8_t* p) {
+  return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3];
+}
+inline std::vector<uint8_t> packet(uint32_t type, const uint8_t* payload, std::size_t size) {
+  std::vector<uint8_t> bytes(12 + size);
+  putWord(bytes.data(), kMagic);
+  putWord(bytes.data() + 4, type);
+  putWord(bytes.data() + 8, static_cast<uint32_t>(size));
+  if (size > 0) std::memcpy(bytes.data() + 12, payload, size);
+  return bytes;
+}
+
+// The far side: reads whole packets from a big buffer, answers 5 with a version that asks for
+// no login and 3 with 4 carrying the same payload, and counts everything else.
+class PlainServer {
+ public:
+  PlainServer() {
+    server_.bind(0, "127.0.0.1");
+    server_.listen();
+    thread_ = std::thread([this] { run(); });
+  }
+  ~PlainServer() { thread_.join(); }
+  int port() const { return server_.getLocalPort(); }
+  uint64_t packets() const { return packets_.load(std::memory_order_acquire); }
+
+ private:
+  void run() {
+    AFCClientSocket peer;
+    server_.accept(peer);
+    peer.setNagleBuffer(false);
+    std::vector<uint8_t> in(1 << 20);
+    std::size_t have = 0;
+    try {
+      for (;;) {
+        have += peer.readAvailable(in.data() + have, in.size() - have);
+        std::size_t at = 0;
+        while (have - at >= 12 && have - at >= 12 + getWord(in.data() + at + 8)) {
+          answer(peer, getWord(in.data() + at + 4), in.data() + at + 12,
+                 getWord(in.data() + at + 8));
+          at += 12 + getWord(in.data() + at + 8);
+        }
+        std::memmove(in.data(), in.data() + at, have - at);
+        have -= at;
+      }
+    } catch (const AFCException&) {
+      // the client went away: the benchmark is over
+    }
+  }
+  void answer(AFCClientSocket& peer, uint32_t type, const uint8_t* payload, uint32_t size) {
+    packets_.fetch_add(1, std::memory_order_release);
+    if (type == 5) {
+      uint8_t version[20] = {};
+      putWord(version + 12, 2295);
+      putWord(version + 16, 106);
+      const auto reply = packet(6, version, sizeof version);
+      peer.writeAll(reply.data(), reply.size());
+    } else if (type == 3) {
+      const auto reply = packet(4, payload, size);
+      peer.writeAll(reply.data(), reply.size());
+    }
+  }
+
+  AFCServerSocket server_;
+  std::thread thread_;
+  std::atomic<uint64_t> packets_{0};
+};
+
+// A raw socket connected to a plain server of its own.
+struct Raw {
+  Raw() {
+    socket.setTimeLimit(5000);
+    socket.connect("127.0.0.1", server.port());
+    socket.setNagleBuffer(false);
+  }
+  ~Raw() { socket.close(); }
+  PlainServer server;
+  AFCClientSocket socket;
+};
+
+// Waits until the reader has taken in every packet sent, so that the time covers delivery.
+inline void drain(const PlainServer& server, uint64_t expected) {
+  while (server.packets() < expected) std::this_thread::yield();
+}
+
+inline double median(std::vector<double> values) {
+  std::nth_element(values.begin(), values.begin() + values.size() / 2, values.end());
+  return values[values.size() / 2];
+}
+
+// Round-trip times (us) of zone-state queries for "LowerThirds" over a raw socket: one send, then
+// the header and the payload read apart, as a plain client does.
+inline std::vector<double> rawRoundTrips(int count) {
+  Raw raw;
+  VXZonesState zones;
+  zones.set("LowerThirds", false);
+  AFCPersistentOutputStreamBuffer out;
+  zones.write(out);
+  const auto request = packet(3, out.getBuffer().data(), out.getBuffer().size());
+  std::vector<uint8_t> reply(request.size());
+  std::vector<double> times;
+  for (int i = 0; i < count; ++i) {
+    const auto t0 = std::chrono::steady_clock::now();
+    raw.socket.writeAll(request.data(), request.size());
+    raw.socket.readExact(reply.data(), 12);
+    raw.socket.readExact(reply.data() + 12, reply.size() - 12);
+    times.push_back(
+        std::chrono::duration<double, std::micro>(std::chrono::steady_clock::now() - t0).count());
+  }
+  return times;
+}
