@@ -61,6 +61,9 @@ TEST_F(SimServer, TwoTcpClientsShareOneSceneAndGetTheirEvents) {
 
   first_.createNode("Text", "txt", "");
   first_.setAttribute("txt", "Text", std::make_unique<AFCAttributeString>("on air"));
+  // Two connections keep no order between them: a round trip of the first makes sure the
+  // server has applied its action before the second asks.
+  ASSERT_NE(first_.remoteGetAttr("Root/txt.Text"), nullptr);
   const auto text = second_.remoteGetAttr("Root/txt.Text");
   ASSERT_NE(text, nullptr);
   EXPECT_EQ(text->toString(), "on air");
