@@ -13,16 +13,12 @@
 
 #include "client/register.h"
 #include "foundation/errlog.h"
+#include "fuzz/sim_listener_setup.h"
 #include "tools/vxsim/sim_connection.h"
 #include "tools/vxsim/sim_console.h"
 #include "tools/vxsim/sim_hub.h"
 
 namespace {
-
-const uint8_t kListenerSetup[] = {
-    // packet 11 (subscribe to the error log), then packet 7 for the zone "Z"
-    0x56, 0x58, 0x50, 0x01, 0, 0, 0, 11, 0,    0,    0, 0, 0x56, 0x58, 0x50, 0x01,
-    0,    0,    0,    7,    0, 0, 0, 7,  0xDA, 0x0B, 0, 0, 0,    1,    'Z'};
 
 constexpr int kMaxLines = 16;
 
@@ -37,7 +33,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   (void)prepared;
   VXSimHub hub;
   VXSimConnection client(hub, 1);
-  client.feed(kListenerSetup, sizeof kListenerSetup);
+  client.feed(kSimListenerSetup, sizeof kSimListenerSetup);
   std::ostringstream out;
   std::string_view text(reinterpret_cast<const char*>(data), size);
   for (int lines = 0; lines < kMaxLines && !text.empty(); ++lines) {

@@ -11,17 +11,9 @@
 
 #include "client/register.h"
 #include "foundation/errlog.h"
+#include "fuzz/sim_listener_setup.h"
 #include "tools/vxsim/sim_connection.h"
 #include "tools/vxsim/sim_hub.h"
-
-namespace {
-
-const uint8_t kListenerSetup[] = {
-    // packet 11 (subscribe to the error log), then packet 7 for the zone "Z"
-    0x56, 0x58, 0x50, 0x01, 0, 0, 0, 11, 0,    0,    0, 0, 0x56, 0x58, 0x50, 0x01,
-    0,    0,    0,    7,    0, 0, 0, 7,  0xDA, 0x0B, 0, 0, 0,    1,    'Z'};
-
-}  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   static const bool prepared = [] {
@@ -37,7 +29,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   VXSimHub hub(options);
   VXSimConnection listener(hub, 1);
   VXSimConnection client(hub, 2);
-  listener.feed(kListenerSetup, sizeof kListenerSetup);
+  listener.feed(kSimListenerSetup, sizeof kSimListenerSetup);
   try {
     for (std::size_t at = 1; at < size && !client.isClosed(); at += chunk) {
       client.feed(data + at, std::min(chunk, size - at));

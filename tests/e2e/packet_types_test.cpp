@@ -8,6 +8,7 @@
 #include "foundation/attribute_string.h"
 #include "foundation/errlog_event.h"
 #include "tests/e2e/pumped_session.h"
+#include "tests/support/failure_text.h"
 #include "tests/vxsim/running_server.h"
 
 namespace {
@@ -19,17 +20,6 @@ struct Entries : VXErrLogListener {
     lines.push_back(entry.getTypeString() + " " + entry.getArea() + ": " + entry.getMessage());
   }
 };
-
-// The text of what the call throws, or "no exception".
-template <class Call>
-std::string failureOf(Call call) {
-  try {
-    call();
-  } catch (const AFCException& e) {
-    return e.what();
-  }
-  return "no exception";
-}
 
 class PacketTypes : public ::testing::Test {
  protected:

@@ -4,22 +4,8 @@
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 #include "tests/vxsim/sim_test_support.h"
-
-namespace {
-
-// The text of the exception the call throws, or "no exception".
-template <class Call>
-std::string failureOf(Call call) {
-  try {
-    call();
-  } catch (const AFCException& e) {
-    return e.what();
-  }
-  return "no exception";
-}
-
-}  // namespace
 
 TEST(SimRemoteObjects, RemoteObjectsGetAndSetNodeAttributesAndNameWhatIsMissing) {
   VXSimHub hub;
