@@ -9,6 +9,7 @@
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "foundation/attribute_vector.h"
+#include "tests/support/failure_text.h"
 #include "wire_bytes.h"
 
 namespace {
@@ -45,32 +46,24 @@ Bytes sampleHead() {
   return cat({str("n1"), str("pos"), str("x"), i32(1), i32(7), u32(1), i64(1500000), f32(2.5f)});
 }
 
+// Split at the first colon and at the first full stop after it; a full stop before the colon
+// belongs to the address.
 TEST(ChannelDestination, SplitsAddressMessageAndChannel) {
+  const struct {
+    const char *destination, *address, *msgName, *name;
+  } cases[] = {{"n1:pos.x", "n1", "pos", "x"},
+               {"pos", "", "pos", ""},
+               {"a/b:c:d.e.f", "a/b", "c:d", "e.f"},
+               {"n.1:pos", "n.1", "pos", ""}};
   VXAnimationChannel channel;
-  channel.setDestination("n1:pos.x");
-  EXPECT_EQ(channel.getTargetAddress(), "n1");
-  EXPECT_EQ(channel.getMsgName(), "pos");
-  EXPECT_EQ(channel.getName(), "x");
-  EXPECT_EQ(channel.getDestination(), "n1:pos.x");
-
-  channel.setDestination("pos");
-  EXPECT_EQ(channel.getTargetAddress(), "");
-  EXPECT_EQ(channel.getMsgName(), "pos");
-  EXPECT_EQ(channel.getName(), "");
-  EXPECT_EQ(channel.getDestination(), "pos");
-}
-
-TEST(ChannelDestination, SplitsAtTheFirstColonAndTheFirstFullStop) {
-  VXAnimationChannel channel;
-  channel.setDestination("a/b:c:d.e.f");
-  EXPECT_EQ(channel.getTargetAddress(), "a/b");
-  EXPECT_EQ(channel.getMsgName(), "c:d");
-  EXPECT_EQ(channel.getName(), "e.f");
-  // A full stop before the colon belongs to the address.
-  channel.setDestination("n.1:pos");
-  EXPECT_EQ(channel.getTargetAddress(), "n.1");
-  EXPECT_EQ(channel.getMsgName(), "pos");
-  EXPECT_EQ(channel.getName(), "");
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.destination);
+    channel.setDestination(c.destination);
+    EXPECT_EQ(channel.getTargetAddress(), c.address);
+    EXPECT_EQ(channel.getMsgName(), c.msgName);
+    EXPECT_EQ(channel.getName(), c.name);
+    EXPECT_EQ(channel.getDestination(), c.destination);
+  }
 }
 
 TEST(ChannelKeyframes, AreAppendedWithoutSortingOrMerging) {
@@ -105,12 +98,8 @@ TEST(ChannelKeyframes, SetReplacesTheFirstKeyframeAtThatTimeAndKeepsItsExtraFloa
 TEST(ChannelKeyframes, SetAndRemoveNeedKeyframes) {
   VXAnimationChannel channel;
   EXPECT_THROW(channel.setKeyframeWithTangents(keyframe(0, 1.0f)), VXEmptyChannelException);
-  try {
-    channel.removeKeyframes(0, 10);
-    FAIL() << "no exception";
-  } catch (const VXEmptyChannelException& e) {
-    EXPECT_STREQ(e.what(), "Empty animation channel");
-  }
+  EXPECT_EQ(failureOf<VXEmptyChannelException>([&] { channel.removeKeyframes(0, 10); }),
+            "Empty animation channel");
   channel.addKeyframe(keyframe(5, 1.0f));
   EXPECT_THROW(channel.setKeyframeWithTangents(keyframe(6, 1.0f)), AFCIllegalArgumentException);
 }
@@ -125,19 +114,14 @@ TEST(ChannelKeyframes, RemoveTakesEveryKeyframeInTheClosedRange) {
   EXPECT_EQ(channel.removeKeyframes(8, 9), 0);
 }
 
-TEST(ChannelPersistence, CarriesNoExtraTangentFloatsBelow2294017) {
+TEST(ChannelPersistence, CarriesTheExtraTangentFloatsFrom2294017Only) {
   using namespace wire;
-  const Bytes expected =
-      cat({sampleHead(), f32(0.5f), f32(-1.0f), i32(3), f32(1.0f), f32(2.0f), i32(0)});
-  EXPECT_EQ(written(sampleChannel(), 2294016), expected);
-}
-
-TEST(ChannelPersistence, CarriesTheExtraTangentFloatsFrom2294017) {
-  using namespace wire;
-  const Bytes expected = cat({sampleHead(), f32(0.5f), f32(-1.0f), f32(0.25f), i32(3), f32(1.0f),
-                              f32(2.0f), f32(0.75f), i32(0)});
-  EXPECT_EQ(written(sampleChannel(), 2294017), expected);
-  EXPECT_EQ(written(sampleChannel(), AFCPersistentStream::kCurrentVersion), expected);
+  EXPECT_EQ(written(sampleChannel(), 2294016),
+            cat({sampleHead(), f32(0.5f), f32(-1.0f), i32(3), f32(1.0f), f32(2.0f), i32(0)}));
+  const Bytes extra = cat({sampleHead(), f32(0.5f), f32(-1.0f), f32(0.25f), i32(3), f32(1.0f),
+                           f32(2.0f), f32(0.75f), i32(0)});
+  EXPECT_EQ(written(sampleChannel(), 2294017), extra);
+  EXPECT_EQ(written(sampleChannel(), AFCPersistentStream::kCurrentVersion), extra);
 }
 
 TEST(ChannelPersistence, RoundTripsAtEitherSideOfTheThreshold) {
@@ -211,12 +195,7 @@ class ChannelReflection : public ::testing::Test {
     return channel_->getClass()->invoke(channel_.get(), method, args);
   }
   std::string callError(const char* method, std::vector<AFCAttribute*> args) {
-    try {
-      call(method, std::move(args));
-    } catch (const AFCException& e) {
-      return e.what();
-    }
-    return "no error";
+    return failureOf([&] { call(method, std::move(args)); });
   }
   std::unique_ptr<VXAnimationChannel> channel_;
 };

@@ -50,20 +50,6 @@ TEST(Animation, RemovesAChannelAndForgetsItsKey) {
   EXPECT_THROW(animation.copyChannel(first), AFCIllegalArgumentException);
 }
 
-TEST(Animation, IsFreedByItsLastHolder) {
-  bool destroyed = false;
-  {
-    AFCRef<VXAnimation> holder(new VXAnimation());
-    holder->addDestroyHandler([](AFCDieBase*, void* flag) { *static_cast<bool*>(flag) = true; },
-                              &destroyed);
-    AFCRef<VXAnimation> second = holder;
-    EXPECT_EQ(holder->refCount(), 2);
-    holder.reset();
-    EXPECT_FALSE(destroyed);
-  }
-  EXPECT_TRUE(destroyed);
-}
-
 TEST(AnimationPersistence, WritesAnEmptyStringAndTheChannelCountFirst) {
   const Bytes empty = {0xDA, 0x0B, 0, 0, 0, 0, 0xDA, 0x05, 0, 0, 0, 0};
   EXPECT_EQ(wire::written(VXAnimation(), 2294017), empty);

@@ -4,47 +4,38 @@
 
 namespace {
 
-// Each test chooses a display mode; the default comes back afterwards.
-class AnimationTimeText : public ::testing::Test {
- protected:
-  void TearDown() override { vxSetTimeDisplayMode(VX_TIME_DISPLAY_MICROS); }
-};
-
-TEST_F(AnimationTimeText, DefaultModePrintsSecondsAndMicroseconds) {
-  EXPECT_EQ(vxGetTimeDisplayMode(), 3);
-  EXPECT_EQ(vxTimeToString(1500000), "1.500000");
-  EXPECT_EQ(vxTimeToString(0), "0.000000");
-  EXPECT_EQ(vxTimeToString(7), "0.000007");
-}
-
-TEST_F(AnimationTimeText, NegativeTimesCarryALeadingMinusBeforeTheirMagnitude) {
-  EXPECT_EQ(vxTimeToString(-1), "-0.000001");
-  EXPECT_EQ(vxTimeToString(-2500000), "-2.500000");
-  EXPECT_EQ(vxTimeToString(std::numeric_limits<int64_t>::min()), "-9223372036854.775808");
-  vxSetTimeDisplayMode(VX_TIME_DISPLAY_SECONDS);
-  EXPECT_EQ(vxTimeToString(-2500000), "-2");
-}
-
-TEST_F(AnimationTimeText, SecondsModePrintsWholeSecondsOnly) {
-  vxSetTimeDisplayMode(VX_TIME_DISPLAY_SECONDS);
-  EXPECT_EQ(vxTimeToString(1999999), "1");
-  EXPECT_EQ(vxTimeToString(kVXTimeInfinite), "9223372036854");
-}
-
-TEST_F(AnimationTimeText, FramesModeSplitsTheTimeDividedByTwentyFive) {
-  vxSetTimeDisplayMode(VX_TIME_DISPLAY_FRAMES);
-  // 50,000,000 / 25 = 2,000,000: 2 and 0; 37,500,025 / 25 = 1,500,001.
-  EXPECT_EQ(vxTimeToString(50000000), "2.000000");
-  EXPECT_EQ(vxTimeToString(37500025), "1.500001");
-}
-
-TEST_F(AnimationTimeText, AnyOtherModePrintsHoursMinutesSecondsAndRemainder) {
-  for (int mode : {0, 4, -1}) {
-    vxSetTimeDisplayMode(mode);
-    // (1 h 2 min 3 s) * 25 * 10^6 + 4 * 25: after the division 3723 s and 4.
-    EXPECT_EQ(vxTimeToString(3723LL * 25 * 1000000 + 100), "01:02:03:000004") << mode;
-    EXPECT_EQ(vxTimeToString(-25), "-00:00:00:000001") << mode;
+// Frames and clock modes divide by 25 first; any mode other than 1, 2 and 3 is the clock.
+TEST(AnimationTimeText, PrintsEveryDisplayModeWithTheSignBeforeTheMagnitude) {
+  EXPECT_EQ(vxGetTimeDisplayMode(), VX_TIME_DISPLAY_MICROS);
+  const int64_t clockTime = 3723LL * 25 * 1000000 + 100;  // 1 h 2 min 3 s and 4 after the division
+  const struct {
+    int mode;
+    int64_t time;
+    const char* text;
+  } cases[] = {
+      {VX_TIME_DISPLAY_MICROS, 1500000, "1.500000"},
+      {VX_TIME_DISPLAY_MICROS, 0, "0.000000"},
+      {VX_TIME_DISPLAY_MICROS, 7, "0.000007"},
+      {VX_TIME_DISPLAY_MICROS, -1, "-0.000001"},
+      {VX_TIME_DISPLAY_MICROS, -2500000, "-2.500000"},
+      {VX_TIME_DISPLAY_MICROS, std::numeric_limits<int64_t>::min(), "-9223372036854.775808"},
+      {VX_TIME_DISPLAY_SECONDS, -2500000, "-2"},
+      {VX_TIME_DISPLAY_SECONDS, 1999999, "1"},
+      {VX_TIME_DISPLAY_SECONDS, kVXTimeInfinite, "9223372036854"},
+      {VX_TIME_DISPLAY_FRAMES, 50000000, "2.000000"},
+      {VX_TIME_DISPLAY_FRAMES, 37500025, "1.500001"},
+      {VX_TIME_DISPLAY_CLOCK, clockTime, "01:02:03:000004"},
+      {VX_TIME_DISPLAY_CLOCK, -25, "-00:00:00:000001"},
+      {4, clockTime, "01:02:03:000004"},
+      {4, -25, "-00:00:00:000001"},
+      {-1, clockTime, "01:02:03:000004"},
+      {-1, -25, "-00:00:00:000001"},
+  };
+  for (const auto& c : cases) {
+    vxSetTimeDisplayMode(c.mode);
+    EXPECT_EQ(vxTimeToString(c.time), c.text) << "mode " << c.mode;
   }
+  vxSetTimeDisplayMode(VX_TIME_DISPLAY_MICROS);
 }
 
 TEST(AnimationTimeSeconds, ConvertBothWaysRoundingToTheNearestMicrosecond) {
