@@ -4,27 +4,21 @@
 
 #include <cstring>
 
+#include "tests/support/failure_text.h"
+
 namespace {
 
-bool parsedBool(const char* text) {
-  AFCAttributeBool value;
-  value.fromString(text);
-  return value.get();
-}
-
-TEST(AttributeBool, ParsesTextAsTheScriptsWriteIt) {
-  EXPECT_TRUE(parsedBool(" true"));
-  EXPECT_TRUE(parsedBool("\tT"));
-  EXPECT_FALSE(parsedBool("False"));
-  EXPECT_FALSE(parsedBool("f"));
-  EXPECT_FALSE(parsedBool(""));
-  EXPECT_FALSE(parsedBool("0.5"));
-  EXPECT_TRUE(parsedBool("1"));
-  EXPECT_TRUE(parsedBool(" 2.5"));
-  EXPECT_FALSE(parsedBool("yes"));
-}
-
-TEST(AttributeBool, PrintsAndKeysItsValue) {
+TEST(AttributeBool, ParsesTextAsTheScriptsWriteItAndPrintsAndKeysItsValue) {
+  const struct {
+    const char* text;
+    bool value;
+  } cases[] = {{" true", true}, {"\tT", true}, {"False", false}, {"f", false},  {"", false},
+               {"0.5", false},  {"1", true},   {" 2.5", true},   {"yes", false}};
+  for (const auto& c : cases) {
+    AFCAttributeBool value;
+    value.fromString(c.text);
+    EXPECT_EQ(value.get(), c.value) << c.text;
+  }
   EXPECT_EQ(AFCAttributeBool(true).toString(), "True");
   EXPECT_EQ(AFCAttributeBool(false).toString(), "False");
   EXPECT_EQ(AFCAttributeBool(true).getKey(), "T");
@@ -74,12 +68,8 @@ TEST(AttributeInt32, HashesToItsValueAndKeysItsBytes) {
 }
 
 TEST(AttributeInt32, TypedGetOfAnUndefinedValueNamesTheClass) {
-  try {
-    AFCAttributeInt32().get();
-    FAIL() << "no exception";
-  } catch (const AFCUndefinedAttributeValue& e) {
-    EXPECT_STREQ(e.what(), "Undefined value of type AFCAttributeInt32");
-  }
+  EXPECT_EQ(failureOf<AFCUndefinedAttributeValue>([] { AFCAttributeInt32().get(); }),
+            "Undefined value of type AFCAttributeInt32");
 }
 
 TEST(AttributeInt64, KeyShowsOnlyTheLow32Bits) {

@@ -4,33 +4,23 @@
 
 #include <climits>
 
-namespace {
-template <class Exception, class Action>
-std::string textThrownBy(Action action) {
-  try {
-    action();
-  } catch (const Exception& e) {
-    return e.what();
-  }
-  return "nothing thrown";
-}
-}  // namespace
+#include "tests/support/failure_text.h"
 
 TEST(Time, AcceptsTwoLeapSecondsButNotAThird) {
   EXPECT_EQ(AFCTime(23, 59, 61).getSecond(), 61);
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([] { AFCTime(23, 59, 62); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([] { AFCTime(23, 59, 62); }),
             "Invalid time: second out of range\n");
 }
 
 TEST(Time, RejectsNegativeAndTooLargeFieldsWithTheirOwnTexts) {
   AFCTime time;
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.setHour(-1); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.setHour(-1); }),
             "Invalid time: hour out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.setHour(24); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.setHour(24); }),
             "Invalid time: hour out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.setMinute(60); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.setMinute(60); }),
             "Invalid time: minute out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.setSecond(INT_MIN); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.setSecond(INT_MIN); }),
             "Invalid time: second out of range\n");
   EXPECT_EQ(time, AFCTime());
 }
@@ -45,28 +35,23 @@ TEST(Time, PrintsTwoDigitsAndReadsItsTextBack) {
 
 TEST(Time, UnreadableTextIsTheMessage) {
   AFCTime time;
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.fromString("12:30"); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.fromString("12:30"); }),
             "Invalid time: 12:30\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidTimeException>([&] { time.fromString("12:99:00"); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimeException>([&] { time.fromString("12:99:00"); }),
             "Invalid time: minute out of range\n");
 }
 
-TEST(Date, AcceptsDay31InFebruary) {
-  const AFCDate date(31, 2, 2014);
-  EXPECT_EQ(date.getDay(), 31);
-  EXPECT_EQ(date.getMonth(), 2);
-}
-
-TEST(Date, RejectsFieldsOutOfRange) {
-  EXPECT_EQ(textThrownBy<AFCInvalidDateException>([] { AFCDate(0, 1, 2000); }),
+TEST(Date, RejectsFieldsOutOfRangeButNotDaysTheMonthLacks) {
+  EXPECT_EQ(failureOf<AFCInvalidDateException>([] { AFCDate(0, 1, 2000); }),
             "Invalid date: day out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidDateException>([] { AFCDate(32, 1, 2000); }),
+  EXPECT_EQ(failureOf<AFCInvalidDateException>([] { AFCDate(32, 1, 2000); }),
             "Invalid date: day out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidDateException>([] { AFCDate(1, 13, 2000); }),
+  EXPECT_EQ(failureOf<AFCInvalidDateException>([] { AFCDate(1, 13, 2000); }),
             "Invalid date: month out of range\n");
-  EXPECT_EQ(textThrownBy<AFCInvalidDateException>([] { AFCDate(1, 1, -1); }),
+  EXPECT_EQ(failureOf<AFCInvalidDateException>([] { AFCDate(1, 1, -1); }),
             "Invalid date: year out of range\n");
   EXPECT_EQ(AFCDate(1, 1, INT_MAX).getYear(), INT_MAX);
+  EXPECT_EQ(AFCDate(31, 2, 2014).getDay(), 31);  // no calendar check
 }
 
 TEST(Date, ReadsDayFirstAndPrintsTwoDigitDayAndMonth) {
@@ -134,21 +119,18 @@ TEST(Timestamp, ReadsItsTextFormWithAnOptionalFraction) {
   }
 }
 
-TEST(Timestamp, UnreadableTextThrowsAndLeavesTheValue) {
+TEST(Timestamp, UnreadableTextOrNegativeNanosThrowAndLeaveTheValue) {
   const AFCTimestamp before(AFCDate(1, 2, 2003), AFCTime(4, 5, 6), 7);
   AFCTimestamp stamp = before;
   for (const char* text : {"07.03.2014", "07.03.2014 09:05", "07.03.2014 09:05:03.",
                            "07.03.2014 09:05:03.1234567890", "07.03.2014 09:05:03 x"}) {
-    EXPECT_EQ(textThrownBy<AFCInvalidTimestampException>([&] { stamp.fromString(text); }),
+    EXPECT_EQ(failureOf<AFCInvalidTimestampException>([&] { stamp.fromString(text); }),
               std::string("Invalid timestamp: ") + text + "\n");
   }
   EXPECT_THROW(stamp.fromString("07.13.2014 09:05:03"), AFCInvalidDateException);
-  EXPECT_EQ(stamp, before);
-}
-
-TEST(Timestamp, RejectsNegativeNanos) {
-  EXPECT_EQ(textThrownBy<AFCInvalidTimestampException>([] { AFCTimestamp().setNanos(-1); }),
+  EXPECT_EQ(failureOf<AFCInvalidTimestampException>([&] { stamp.setNanos(-1); }),
             "Invalid timestamp: nanos out of range\n");
+  EXPECT_EQ(stamp, before);
 }
 
 TEST(Timestamp, NowIsAValidLocalTime) {

@@ -5,6 +5,7 @@
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "tests/foundation/attribute_test_support.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -30,20 +31,15 @@ const AFCEnumClass& colours() {
   return registered;
 }
 
-template <class Call>
-std::string errorText(Call call) {
-  try {
-    call();
-  } catch (const AFCException& e) {
-    return e.what();
-  }
-  return "no error";
+// The contents of a defined enum attribute up to its class name; the id follows.
+Bytes headOf(const std::string& className) {
+  return kBasePart + boolBytes(true) + stringBytes(className);
 }
 
 TEST(EnumClass, RejectsADuplicateNameOrId) {
   AFCEnumClass beyond("Beyond");
   beyond.addValue("CYCLE", 1);
-  EXPECT_EQ(errorText([&] { beyond.addValue("CYCLE", 1); }), "Duplicate enum value");
+  EXPECT_EQ(failureOf([&] { beyond.addValue("CYCLE", 1); }), "Duplicate enum value");
   EXPECT_THROW(beyond.addValue("CYCLE", 2), AFCEnumDuplicateException);
   EXPECT_THROW(beyond.addValue("OTHER", 1), AFCEnumDuplicateException);
 }
@@ -51,8 +47,8 @@ TEST(EnumClass, RejectsADuplicateNameOrId) {
 TEST(EnumClass, MapsNamesAndIdsBothWays) {
   EXPECT_EQ(modes().getId("AUTO"), 3);
   EXPECT_EQ(modes().getValueName(1), "ON");
-  EXPECT_EQ(errorText([] { modes().getId("on"); }), "Invalid enum name 'on'");
-  EXPECT_EQ(errorText([] { modes().getValueName(2); }), "Invalid enum id 2");
+  EXPECT_EQ(failureOf([] { modes().getId("on"); }), "Invalid enum name 'on'");
+  EXPECT_EQ(failureOf([] { modes().getValueName(2); }), "Invalid enum id 2");
 }
 
 TEST(EnumClass, RegistryKeepsTheFirstClassOfAName) {
@@ -65,7 +61,7 @@ TEST(EnumClass, RegistryKeepsTheFirstClassOfAName) {
 }
 
 TEST(AttributeEnum, ConstructorChecksTheId) {
-  EXPECT_EQ(errorText([] { AFCAttributeEnum(modes(), 9); }), "Invalid enum id 9");
+  EXPECT_EQ(failureOf([] { AFCAttributeEnum(modes(), 9); }), "Invalid enum id 9");
   const AFCAttributeEnum unchecked(modes());
   EXPECT_FALSE(unchecked.isDefined());
   EXPECT_EQ(AFCAttributeEnum(modes(), 3).toString(), "AUTO");
@@ -114,45 +110,38 @@ TEST(AttributeEnum, EqualityIgnoresTheClassAndKeyShowsTheId) {
 }
 
 TEST(AttributeEnum, WritesTheClassNameThenTheId) {
-  const Bytes expected =
-      kBasePart + boolBytes(true) + stringBytes("TestModeEnum") + uint32Bytes(0x05, 3);
-  EXPECT_EQ(contentBytes(AFCAttributeEnum(modes(), 3)), expected);
+  EXPECT_EQ(contentBytes(AFCAttributeEnum(modes(), 3)),
+            headOf("TestModeEnum") + uint32Bytes(0x05, 3));
 }
 
 TEST(AttributeEnum, RefusesAnotherClassBeforeReadingTheId) {
   // Nothing follows the class name: reading the id first would fail for the missing bytes.
-  const Bytes contents = kBasePart + boolBytes(true) + stringBytes("TestColourEnum");
   AFCAttributeEnum value(modes(), 1);
-  EXPECT_EQ(readError(value, contents), "Enum class doesn't match");
+  EXPECT_EQ(readError(value, headOf("TestColourEnum")), "Enum class doesn't match");
   EXPECT_EQ(value.get(), 1);
 }
 
 TEST(AttributeEnum, RefusesADefinedIdTheClassLacks) {
-  const Bytes contents =
-      kBasePart + boolBytes(true) + stringBytes("TestModeEnum") + uint32Bytes(0x05, 2);
   AFCAttributeEnum value(modes(), 1);
-  EXPECT_EQ(readError(value, contents), "Invalid enum id 2");
+  EXPECT_EQ(readError(value, headOf("TestModeEnum") + uint32Bytes(0x05, 2)), "Invalid enum id 2");
   EXPECT_EQ(value.get(), 1);
 }
 
 TEST(AttributeEnum, WithoutAClassTakesTheOneItReads) {
-  const Bytes contents =
-      kBasePart + boolBytes(true) + stringBytes("TestModeEnum") + uint32Bytes(0x05, 3);
   AFCAttributeEnum value;
-  EXPECT_EQ(readError(value, contents), "");
+  EXPECT_EQ(readError(value, headOf("TestModeEnum") + uint32Bytes(0x05, 3)), "");
   EXPECT_EQ(value.getEnumClass(), &modes());
   EXPECT_EQ(value.toString(), "AUTO");
 
-  const Bytes unknown = kBasePart + boolBytes(true) + stringBytes("NoSuchEnum");
   AFCAttributeEnum other;
-  EXPECT_EQ(readError(other, unknown), "NoSuchEnum");  // AFCEnumNotFoundException
+  EXPECT_EQ(readError(other, headOf("NoSuchEnum")), "NoSuchEnum");  // AFCEnumNotFoundException
   EXPECT_EQ(other.getEnumClass(), nullptr);
 }
 
 TEST(AttributeEnum, WithoutAClassRefusesWhatNeedsOne) {
   AFCAttributeEnum value;
-  EXPECT_EQ(errorText([&] { value.set(0); }), "Bad enum type");
-  EXPECT_EQ(errorText([&] { contentBytes(value); }), "Bad enum type");
+  EXPECT_EQ(failureOf([&] { value.set(0); }), "Bad enum type");
+  EXPECT_EQ(failureOf([&] { contentBytes(value); }), "Bad enum type");
   value.setFromNumber(1.0);
   EXPECT_FALSE(value.isDefined());
 }

@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include "foundation/attribute.h"
-
-#include <vector>
+#include "tests/foundation/stream_bytes.h"
 
 namespace {
-using Bytes = std::vector<uint8_t>;
 
 const AFCTimestamp kTime(AFCDate(7, 3, 2014), AFCTime(9, 5, 3));
 
@@ -20,10 +18,6 @@ Bytes bytesOf(AFCPersistentOutputStreamBuffer& out) {
   return Bytes(buffer.data(), buffer.data() + buffer.size());
 }
 
-void appendString(Bytes& bytes, std::string_view text) {
-  bytes.insert(bytes.end(), {0xDA, 0x0B, 0, 0, 0, static_cast<uint8_t>(text.size())});
-  for (char c : text) bytes.insert(bytes.end(), {0, static_cast<uint8_t>(c)});
-}
 }  // namespace
 
 TEST(ErrLogEvent, UnknownAreaAndFileReadAsUnknown) {
@@ -61,13 +55,9 @@ TEST(ErrLogEvent, SameReportIgnoresTheTime) {
 TEST(ErrLogEvent, PersistsBasePartThenFieldsInWireOrder) {
   AFCPersistentOutputStreamBuffer out;
   sampleEvent().write(out);
-  Bytes expected = {0xDA, 0x0F, 0xDA, 0x06, 0, 0, 0, 4};
-  appendString(expected, "libAFC");
-  appendString(expected, "07.03.2014 09:05:03");
-  appendString(expected, "socket.cpp");
-  expected.insert(expected.end(), {0xDA, 0x05, 0, 0, 0, 12});
-  appendString(expected, "connect failed");
-  EXPECT_EQ(bytesOf(out), expected);
+  EXPECT_EQ(bytesOf(out), kBasePart + uint32Bytes(0x06, 4) + stringBytes("libAFC") +
+                              stringBytes("07.03.2014 09:05:03") + stringBytes("socket.cpp") +
+                              uint32Bytes(0x05, 12) + stringBytes("connect failed"));
 }
 
 TEST(ErrLogEvent, ReadsBackAsObjectByItsClassName) {
@@ -94,10 +84,8 @@ TEST(ErrLogEvent, UnreadableTimeLeavesTheEventUnchanged) {
   out.writeString("");
   out.writeInt32(0);
   out.writeString("late");
-  const Bytes bytes = bytesOf(out);
-
   AFCErrLogEvent event = sampleEvent();
-  AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
+  AFCPersistentInputStreamBuffer in(AFCRef<AFCBuffer>(&out.getBuffer()));
   EXPECT_THROW(event.read(in), AFCInvalidTimestampException);
   EXPECT_TRUE(event.isSameReport(sampleEvent()));
 }
@@ -106,8 +94,9 @@ TEST(ErrLogEventReflection, AnswersItsReadOperationsByName) {
   registerFoundationClasses();
   const AFCClass* record = AFCClass::forName("AFCErrLogEvent");
   ASSERT_NE(record, nullptr);
-  AFCErrLogEvent event(AFC_ERRLOG_WARNING, "libAFC", AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 1)),
-                       "x.cpp", 12, "disk full");
+  AFCErrLogEvent event(AFC_ERRLOG_WARNING, "libAFC",
+                       AFCTimestamp(AFCDate(7, 3, 2014), AFCTime(9, 5, 1)), "x.cpp", 12,
+                       "disk full");
   auto call = [&](const char* name) { return record->invoke(&event, name, {})->toString(); };
   EXPECT_EQ(call("getTypeString"), "WARNING");
   EXPECT_EQ(call("getArea"), "libAFC");

@@ -23,14 +23,10 @@ const std::vector<Verdict> kBurstOfSeven = {Verdict::Pass, Verdict::Pass,       
                                             Verdict::Drop};
 }  // namespace
 
-TEST(ErrLogRepeatFilter, ShowsFourThenNoticeWithTheFifthThenDrops) {
-  AFCErrLogRepeatFilter filter;
-  EXPECT_EQ(verdicts(filter, report(AFC_ERRLOG_ERROR), 7, kSecond / 10), kBurstOfSeven);
-}
-
-TEST(ErrLogRepeatFilter, WarningsAreFilteredLikeErrors) {
-  AFCErrLogRepeatFilter filter;
-  EXPECT_EQ(verdicts(filter, report(AFC_ERRLOG_WARNING), 7, kSecond), kBurstOfSeven);
+TEST(ErrLogRepeatFilter, ShowsFourErrorsOrWarningsThenNoticeWithTheFifthThenDrops) {
+  AFCErrLogRepeatFilter errors, warnings;
+  EXPECT_EQ(verdicts(errors, report(AFC_ERRLOG_ERROR), 7, kSecond / 10), kBurstOfSeven);
+  EXPECT_EQ(verdicts(warnings, report(AFC_ERRLOG_WARNING), 7, kSecond), kBurstOfSeven);
 }
 
 TEST(ErrLogRepeatFilter, DebugInfoAndNoneAlwaysPass) {

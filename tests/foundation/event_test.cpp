@@ -9,6 +9,7 @@
 TEST(Event, AutoResetEventLetsOneWaitPassPerSignal) {
   AFCEvent event;
   EXPECT_FALSE(event.wait(0));
+  EXPECT_FALSE(event.wait(20));
   event.signal();
   event.signal();  // signals do not add up
   EXPECT_TRUE(event.wait(0));
@@ -23,8 +24,6 @@ TEST(Event, ManualResetEventStaysSignalledUntilReset) {
   event.reset();
   EXPECT_FALSE(event.wait(0));
 }
-
-TEST(Event, LimitedWaitTimesOutWithoutSignal) { EXPECT_FALSE(AFCEvent().wait(20)); }
 
 TEST(Event, SignalFromAnotherThreadEndsAWaitWithoutLimit) {
   AFCEvent request, answer;

@@ -7,10 +7,10 @@
 #include <vector>
 
 #include "foundation/charset.h"
+#include "tests/foundation/stream_bytes.h"
+#include "tests/support/failure_text.h"
 
 namespace {
-
-using Bytes = std::vector<uint8_t>;
 
 Bytes bytesOf(AFCPersistentOutputStreamBuffer& out) {
   const AFCBuffer& b = out.getBuffer();
@@ -28,20 +28,16 @@ AFCPersistentInputStreamBuffer reader(const Bytes& bytes) {
   return AFCPersistentInputStreamBuffer(bytes.data(), bytes.size());
 }
 
-std::string readError(const Bytes& bytes, void (*readAll)(AFCPersistentInputStream&)) {
+template <class Read>
+std::string readError(const Bytes& bytes, Read read) {
   auto in = reader(bytes);
-  try {
-    readAll(in);
-  } catch (const AFCPersistentReadException2& e) {
-    return e.what();
-  }
-  return "no error";
+  return failureOf<AFCPersistentReadException2>([&] { read(in); });
 }
 
 // An owned node: a value and an optional child it owns.
 class TestNode : public AFCPersistent {
   AFC_DECLARE_CLASS()
-public:
+ public:
   int32_t value = 0;
   std::unique_ptr<TestNode> child;
   void write(AFCPersistentOutputStream& out) const override {
@@ -60,7 +56,7 @@ AFC_IMPLEMENT_CLASS(TestNode, AFCPersistent)
 // A shared leaf that several holders may reference.
 class TestShared : public AFCPersistent, public AFCShareBase {
   AFC_DECLARE_CLASS()
-public:
+ public:
   std::string name;
   void write(AFCPersistentOutputStream& out) const override {
     AFCPersistent::write(out);
@@ -76,7 +72,7 @@ AFC_IMPLEMENT_CLASS(TestShared, AFCPersistent)
 // Holds two references to shared leaves.
 class TestPair : public AFCPersistent {
   AFC_DECLARE_CLASS()
-public:
+ public:
   AFCRef<TestShared> first, second;
   void write(AFCPersistentOutputStream& out) const override {
     AFCPersistent::write(out);
@@ -107,7 +103,7 @@ const AFCClass& TestTwin<First>::staticClass() {
 }
 
 class PersistentStream : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override {
     registerFoundationClasses();
     TestNode::staticClass();
@@ -120,7 +116,7 @@ protected:
 
 using ::testing::ElementsAre;
 
-TEST_F(PersistentStream, WritesScalarsBigEndianBehindTheirHeaders) {
+TEST_F(PersistentStream, WritesScalarsAndBuffersBigEndianBehindTheirHeaders) {
   EXPECT_THAT(written([](auto& o) { o.writeInt32(-2); }),
               ElementsAre(0xDA, 0x05, 0xFF, 0xFF, 0xFF, 0xFE));
   EXPECT_THAT(written([](auto& o) { o.writeDouble(1.0); }),
@@ -129,12 +125,15 @@ TEST_F(PersistentStream, WritesScalarsBigEndianBehindTheirHeaders) {
               ElementsAre(0xDA, 0x09, 0x3F, 0x80, 0, 0));
   EXPECT_THAT(written([](auto& o) { o.writeBool(true); }), ElementsAre(0xDA, 0x02, 1));
   EXPECT_THAT(written([](auto& o) { o.writeInt8(-1); }), ElementsAre(0xDA, 0x01, 0xFF));
-  EXPECT_THAT(written([](auto& o) { o.writeUInt16(0x1234); }),
-              ElementsAre(0xDA, 0x04, 0x12, 0x34));
+  EXPECT_THAT(written([](auto& o) { o.writeUInt16(0x1234); }), ElementsAre(0xDA, 0x04, 0x12, 0x34));
   EXPECT_THAT(written([](auto& o) { o.writeInt64(int64_t{0x0102030405060708}); }),
               ElementsAre(0xDA, 0x07, 1, 2, 3, 4, 5, 6, 7, 8));
   EXPECT_THAT(written([](auto& o) { o.writeUInt64(~uint64_t{0}); }),
               ElementsAre(0xDA, 0x08, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF));
+  EXPECT_THAT(written([](auto& o) { o.writeBuffer(AFCBuffer()); }),
+              ElementsAre(0xDA, 0x06, 0, 0, 0, 0));
+  EXPECT_THAT(written([](auto& o) { o.writeBuffer(AFCBuffer("ab", 2)); }),
+              ElementsAre(0xDA, 0x06, 0, 0, 0, 2, 0xDA, 0x0D, 0, 0, 0, 2, 'a', 'b'));
 }
 
 TEST_F(PersistentStream, WritesStringsAsUtf16UnitsWithACount) {
@@ -171,9 +170,8 @@ TEST_F(PersistentStream, RoundTripsEveryPrimitive) {
   AFCPersistentOutputStreamBuffer out;
   AFCBuffer blob("\x01\x02\x03", 3);
   out << int8_t{-5} << uint8_t{250} << true << int16_t{-300} << uint16_t{65000} << int32_t{-7}
-      << uint32_t{4000000000u} << int64_t{-9000000000} << uint64_t{18000000000000000000u}
-      << 1.5f << -2.25 << std::string("text \xC3\xA9t\xC3\xA9") << std::u16string_view(u"wide")
-      << blob;
+      << uint32_t{4000000000u} << int64_t{-9000000000} << uint64_t{18000000000000000000u} << 1.5f
+      << -2.25 << std::string("text \xC3\xA9t\xC3\xA9") << std::u16string_view(u"wide") << blob;
   out.writeBinary("xyz", 3);
   auto in = AFCPersistentInputStreamBuffer(AFCRef<AFCBuffer>(&out.getBuffer()));
   EXPECT_EQ(in.readInt8(), -5);
@@ -198,63 +196,60 @@ TEST_F(PersistentStream, RoundTripsEveryPrimitive) {
   EXPECT_TRUE(in.atEnd());
 }
 
-TEST_F(PersistentStream, ReadsEitherStringCodeAsEitherKind) {
+TEST_F(PersistentStream, ReadsEitherStringCodeAsEitherKindAndANonZeroBoolByteAsTrue) {
   auto in = reader(written([](auto& o) {
     o.writeString("abc");
     o.writeWString(u"def");
   }));
   EXPECT_EQ(in.readWString(), u"abc");
   EXPECT_EQ(in.readString(), "def");
+  EXPECT_TRUE(reader({0xDA, 0x02, 0x07}).readBool());
 }
 
-TEST_F(PersistentStream, ReadsANonZeroBoolByteAsTrue) {
-  auto in = reader({0xDA, 0x02, 0x07});
-  EXPECT_TRUE(in.readBool());
-}
-
-TEST_F(PersistentStream, WritesBuffersAsCountAndBlock) {
-  EXPECT_THAT(written([](auto& o) { o.writeBuffer(AFCBuffer()); }),
-              ElementsAre(0xDA, 0x06, 0, 0, 0, 0));
-  EXPECT_THAT(written([](auto& o) { o.writeBuffer(AFCBuffer("ab", 2)); }),
-              ElementsAre(0xDA, 0x06, 0, 0, 0, 2, 0xDA, 0x0D, 0, 0, 0, 2, 'a', 'b'));
-}
-
-TEST_F(PersistentStream, RejectsBadHeadersWithTheirTexts) {
-  EXPECT_EQ(readError({0xDB, 0x05, 0, 0, 0, 1}, [](auto& in) { in.readInt32(); }),
-            "Header expected");
-  EXPECT_EQ(readError({0xDA, 0x06, 0, 0, 0, 1}, [](auto& in) { in.readInt32(); }),
-            "Bad header type (got=0x6, exp=0x5)");
-  EXPECT_EQ(readError({0xDA, 0x05, 0, 0, 0, 1}, [](auto& in) { in.readString(); }),
-            "Bad header type (got=0x5, exp=string)");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0xFF, 0xFF, 0xFF, 0xFE}, [](auto& in) {
-              AFCBuffer b;
-              in.readBinary(b);
-            }),
-            "Bad binary length");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0, 0, 0, 2, 1, 2}, [](auto& in) {
-              char four[4];
-              in.readBinary(four, 4);
-            }),
-            "Length of binary data doesn't match");
-}
-
-TEST_F(PersistentStream, NeverAllocatesMoreThanTheBytesThatRemain) {
-  // A string count of two billion in a short payload.
-  EXPECT_EQ(readError({0xDA, 0x0B, 0x77, 0x35, 0x94, 0x00, 0, 'a'}, [](auto& in) { in.readString(); }),
-            "Incorrect data length");
-  EXPECT_EQ(readError({0xDA, 0x0D, 0x7F, 0xFF, 0xFF, 0xFF, 0}, [](auto& in) {
-              AFCBuffer b;
-              in.readBinary(b);
-            }),
-            "Incorrect data length");
-  EXPECT_EQ(readError({0xDA, 0x06, 0xFF, 0xFF, 0xFF, 0xFF, 0xDA, 0x0D}, [](auto& in) {
-              AFCBuffer b;
-              in.readBuffer(b);
-            }),
-            "Incorrect data length");
-  EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 'A'},
-                      [](auto& in) { delete in.readObject(); }),
-            "Incorrect data length");
+// Every length read off the wire is checked against the bytes that remain before anything is
+// allocated for it.
+TEST_F(PersistentStream, RejectsBadInputWithItsText) {
+  using Read = void (*)(AFCPersistentInputStream&);
+  const Read readInt32 = [](auto& in) { in.readInt32(); };
+  const Read readString = [](auto& in) { in.readString(); };
+  const Read readBinary = [](auto& in) {
+    AFCBuffer b;
+    in.readBinary(b);
+  };
+  const Read readObject = [](auto& in) { delete in.readObject(); };
+  const struct {
+    Bytes bytes;
+    Read read;
+    const char* text;
+  } cases[] = {
+      {{0xDB, 0x05, 0, 0, 0, 1}, readInt32, "Header expected"},
+      {{0xDA, 0x06, 0, 0, 0, 1}, readInt32, "Bad header type (got=0x6, exp=0x5)"},
+      {{0xDA, 0x05, 0, 0, 0, 1}, readString, "Bad header type (got=0x5, exp=string)"},
+      {{0xDA, 0x0D, 0xFF, 0xFF, 0xFF, 0xFE}, readBinary, "Bad binary length"},
+      {{0xDA, 0x0D, 0, 0, 0, 2, 1, 2},
+       [](auto& in) {
+         char four[4];
+         in.readBinary(four, 4);
+       },
+       "Length of binary data doesn't match"},
+      // A string count of two billion in a short payload.
+      {{0xDA, 0x0B, 0x77, 0x35, 0x94, 0x00, 0, 'a'}, readString, "Incorrect data length"},
+      {{0xDA, 0x0D, 0x7F, 0xFF, 0xFF, 0xFF, 0}, readBinary, "Incorrect data length"},
+      {{0xDA, 0x06, 0xFF, 0xFF, 0xFF, 0xFF, 0xDA, 0x0D},
+       [](auto& in) {
+         AFCBuffer b;
+         in.readBuffer(b);
+       },
+       "Incorrect data length"},
+      {{0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 'A'}, readObject, "Incorrect data length"},
+      {{0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0}, readObject, "Bad object type name"},
+      {{0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'N', 'o', 'p'},
+       readObject,
+       "Can't find class Nop"},
+      {newObjectHeader("AFCObject"), readObject, "Bad type of created instance"},
+      {{0xDA, 0x0C, 0, 0, 0, 1}, readObject, "Bad object index"},
+  };
+  for (const auto& c : cases) EXPECT_EQ(readError(c.bytes, c.read), c.text) << c.text;
 }
 
 TEST_F(PersistentStream, ShortReadKeepsThePosition) {
@@ -279,14 +274,6 @@ TEST_F(PersistentStream, NegativeRawReadMovesBackWithoutALowerBound) {
   EXPECT_EQ(in.getPosition(), -4);
 }
 
-TEST_F(PersistentStream, WritesNullAsNumberZeroAndReadsItWithoutATableEntry) {
-  Bytes bytes = written([](auto& o) { o.writeObject(nullptr); });
-  EXPECT_THAT(bytes, ElementsAre(0xDA, 0x0C, 0, 0, 0, 0));
-  auto in = reader(bytes);
-  EXPECT_EQ(in.readObject(), nullptr);
-  EXPECT_EQ(in.objectCount(), 0u);
-}
-
 TEST_F(PersistentStream, FirstNullUsesUpAWriterNumberThatReadersNeverGive) {
   TestNode x;
   x.value = 3;
@@ -296,25 +283,22 @@ TEST_F(PersistentStream, FirstNullUsesUpAWriterNumberThatReadersNeverGive) {
     o.writeObject(&x);
     o.writeObject(nullptr);
   });
-  const Bytes expected = {0xDA, 0x0C, 0, 0, 0, 0,                          // null takes number 1
-                          0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 8,        // new object
-                          'T', 'e', 's', 't', 'N', 'o', 'd', 'e',          //
-                          0xDA, 0x0F, 0xDA, 0x05, 0, 0, 0, 3,              // base part, value
-                          0xDA, 0x0C, 0, 0, 0, 0,                          // no child
-                          0xDA, 0x0C, 0, 0, 0, 2,                          // x is number 2
-                          0xDA, 0x0C, 0, 0, 0, 0};
+  const Bytes expected = {0xDA, 0x0C, 0,    0,    0,    0,               // null takes number 1
+                          0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0,   8,    // new object
+                          'T',  'e',  's',  't',  'N',  'o',  'd', 'e',  //
+                          0xDA, 0x0F, 0xDA, 0x05, 0,    0,    0,   3,    // base part, value
+                          0xDA, 0x0C, 0,    0,    0,    0,               // no child
+                          0xDA, 0x0C, 0,    0,    0,    2,               // x is number 2
+                          0xDA, 0x0C, 0,    0,    0,    0};
   EXPECT_EQ(bytes, expected);
   auto in = reader(bytes);
   EXPECT_EQ(in.readObject(), nullptr);
+  EXPECT_EQ(in.objectCount(), 0u);
   std::unique_ptr<AFCPersistent> first(in.readObject());
   ASSERT_NE(first, nullptr);
   EXPECT_EQ(static_cast<TestNode*>(first.get())->value, 3);
-  try {
-    in.readObject();
-    FAIL() << "back-reference 2 resolved against a table of one object";
-  } catch (const AFCPersistentReadException2& e) {
-    EXPECT_STREQ(e.what(), "Bad object index");
-  }
+  // Back-reference 2 must not resolve against a table of one object.
+  EXPECT_EQ(failureOf<AFCPersistentReadException2>([&] { in.readObject(); }), "Bad object index");
 }
 
 TEST_F(PersistentStream, NumbersInnerObjectsBeforeTheirOwner) {
@@ -364,47 +348,25 @@ TEST_F(PersistentStream, RefusesASecondOwnerForAnOwnedObject) {
   a.value = 1;
   Bytes bytes = written([&](auto& o) { o.writeObject(&a); });
   // A forged second node whose child refers back to the first one.
-  const Bytes forged = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 8, 'T', 'e', 's', 't', 'N', 'o',
-                        'd',  'e',  0xDA, 0x0F, 0xDA, 0x05, 0,  0, 0, 2,   0xDA, 0x0C, 0,   0,
-                        0,    1};
+  const Bytes forged =
+      newObjectHeader("TestNode") + kBasePart + uint32Bytes(0x05, 2) + uint32Bytes(0x0C, 1);
   bytes.insert(bytes.end(), forged.begin(), forged.end());
   auto in = reader(bytes);
   auto first = in.readOwnedObject<TestNode>();
-  try {
-    in.readOwnedObject<TestNode>();
-    FAIL() << "a second owner was accepted";
-  } catch (const AFCPersistentReadException2& e) {
-    EXPECT_STREQ(e.what(), "Bad object index 1: the object has an owner");
-  }
+  EXPECT_EQ(failureOf<AFCPersistentReadException2>([&] { in.readOwnedObject<TestNode>(); }),
+            "Bad object index 1: the object has an owner");
   EXPECT_EQ(first->value, 1);
 }
 
 TEST_F(PersistentStream, ForgetsTheObjectsOfAFailedRead) {
   // A pair whose first leaf reads fine and whose second reference is broken.
-  const Bytes bytes = {0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0,    8,    'T',  'e',  's',  't',
-                       'P',  'a',  'i',  'r',  0xDA, 0x0F, 0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF,
-                       0,    10,   'T',  'e',  's',  't',  'S',  'h',  'a',  'r',  'e',  'd',
-                       0xDA, 0x0F, 0xDA, 0x0B, 0,    0,    0,    0,    0xDA, 0x0C, 0,    0,
-                       0,    9,    0xDA, 0x0C, 0,    0,    0,    1};
+  const Bytes bytes = newObjectHeader("TestPair") + kBasePart + newObjectHeader("TestShared") +
+                      kBasePart + stringBytes("") + uint32Bytes(0x0C, 9) + uint32Bytes(0x0C, 1);
   auto in = reader(bytes);
   EXPECT_THROW(in.readOwnedObject<TestPair>(), AFCPersistentReadException2);
   EXPECT_EQ(in.objectCount(), 1u);
   // The leaf died with the pair: the reference that follows resolves to nothing.
   EXPECT_THROW(in.readObject(), AFCPersistentReadException2);
-}
-
-TEST_F(PersistentStream, RejectsUnknownAndNonPersistentClasses) {
-  EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 0}, [](auto& in) { in.readObject(); }),
-            "Bad object type name");
-  EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 3, 'N', 'o', 'p'},
-                      [](auto& in) { in.readObject(); }),
-            "Can't find class Nop");
-  EXPECT_EQ(readError({0xDA, 0x0C, 0xFF, 0xFF, 0xFF, 0xFF, 0, 9, 'A', 'F', 'C', 'O', 'b', 'j', 'e',
-                       'c', 't'},
-                      [](auto& in) { in.readObject(); }),
-            "Bad type of created instance");
-  EXPECT_EQ(readError({0xDA, 0x0C, 0, 0, 0, 1}, [](auto& in) { in.readObject(); }),
-            "Bad object index");
 }
 
 TEST_F(PersistentStream, TellsApartClassesWhoseNamesEndAlike) {

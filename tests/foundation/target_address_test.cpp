@@ -2,25 +2,27 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/failure_text.h"
+
 using Components = std::vector<std::string>;
 
+// Runs of separators give no empty components; separators alone give the empty address.
 TEST(TargetAddress, ParsesComponentsAndJoinsThemBack) {
-  const AFCTargetAddress address = AFCTargetAddress::parse("a/b/c");
-  EXPECT_EQ(address.components(), (Components{"a", "b", "c"}));
-  EXPECT_EQ(address.toString(), "a/b/c");
-}
-
-TEST(TargetAddress, RunsOfSeparatorsGiveNoEmptyComponents) {
-  const AFCTargetAddress address = AFCTargetAddress::parse("//a///b//");
-  EXPECT_EQ(address.components(), (Components{"a", "b"}));
-  EXPECT_EQ(address.toString(), "a/b");
+  const struct {
+    const char* text;
+    Components components;
+    const char* joined;
+  } cases[] = {{"a/b/c", {"a", "b", "c"}, "a/b/c"},
+               {"//a///b//", {"a", "b"}, "a/b"},
+               {"", {}, ""},
+               {"///", {}, ""}};
+  for (const auto& c : cases) {
+    const AFCTargetAddress address = AFCTargetAddress::parse(c.text);
+    EXPECT_EQ(address.components(), c.components) << c.text;
+    EXPECT_EQ(address.toString(), c.joined) << c.text;
+    EXPECT_EQ(address.empty(), c.components.empty()) << c.text;
+  }
   EXPECT_EQ(AFCTargetAddress::parse("/a//b/"), AFCTargetAddress::parse("a/b"));
-}
-
-TEST(TargetAddress, EmptyTextAndSeparatorsOnlyGiveTheEmptyAddress) {
-  EXPECT_TRUE(AFCTargetAddress::parse("").empty());
-  EXPECT_TRUE(AFCTargetAddress::parse("///").empty());
-  EXPECT_EQ(AFCTargetAddress().toString(), "");
 }
 
 TEST(TargetAddress, KeepsBlanksAndDotsInsideComponents) {
@@ -33,12 +35,8 @@ TEST(TargetAddress, KeepsBlanksAndDotsInsideComponents) {
 TEST(TargetAddress, FirstAndLastOfTheEmptyAddressThrow) {
   const AFCTargetAddress empty;
   EXPECT_THROW(empty.first(), AFCEmptyTargetAddressException);
-  try {
-    empty.last();
-    FAIL() << "last() of the empty address returned";
-  } catch (const AFCEmptyTargetAddressException& e) {
-    EXPECT_STREQ(e.what(), "Empty target address");
-  }
+  EXPECT_EQ(failureOf<AFCEmptyTargetAddressException>([&] { empty.last(); }),
+            "Empty target address");
 }
 
 TEST(TargetAddress, PrefixComponentsComeFirst) {
@@ -67,16 +65,13 @@ TEST(TargetAddress, AppendedEmptyComponentStillGetsItsSeparator) {
   EXPECT_EQ(address.toString(), "/b");
 }
 
-TEST(TargetException, TextsNameWhatWasMissingOrDuplicated) {
+TEST(TargetException, TextsNameWhatWasMissingOrDuplicatedAndNotFoundSharesABase) {
   EXPECT_STREQ(AFCTargetIDNotFoundException(42).what(), "TargetID 42 not found!");
   EXPECT_STREQ(AFCTargetNameNotFoundException("txt").what(), "Target 'txt' not found!");
   EXPECT_STREQ(AFCTargetNameNotFoundException("txt", "Node").what(), "Node 'txt' not found!");
   EXPECT_STREQ(AFCDuplicateTargetNameException("txt").what(), "Duplicate name 'txt'.");
   EXPECT_STREQ(AFCDuplicateTargetNameException("txt", "already a child of Root").what(),
                "Duplicate name 'txt': already a child of Root.");
-}
-
-TEST(TargetException, NotFoundExceptionsShareTheirBase) {
   EXPECT_THROW(throw AFCTargetIDNotFoundException(1), AFCTargetNotFoundException);
   EXPECT_THROW(throw AFCTargetNameNotFoundException("x"), AFCTargetNotFoundException);
 }

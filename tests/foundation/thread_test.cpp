@@ -7,6 +7,7 @@
 #include <thread>
 
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 using namespace std::chrono_literals;
@@ -59,12 +60,7 @@ std::string uniqueName() {
 }
 
 std::string startFailure(AFCThread& thread) {
-  try {
-    thread.start();
-  } catch (const AFCThreadException& e) {
-    return e.toString();
-  }
-  return "started";
+  return failureOf<AFCThreadException>([&] { thread.start(); });
 }
 }  // namespace
 
@@ -140,19 +136,10 @@ TEST(Thread, EndThreadExceptionEndsTheBodyQuietlyAndOthersAreLogged) {
 
 TEST(Thread, WaitingForAThreadThatCannotEndThrows) {
   TestThread idle;
-  try {
-    idle.waitForExit();
-    ADD_FAILURE() << "waited for a thread never started";
-  } catch (const AFCThreadException& e) {
-    EXPECT_EQ(e.toString(), "Thread not started");
-  }
+  EXPECT_EQ(failureOf<AFCThreadException>([&] { idle.waitForExit(); }), "Thread not started");
   std::string fromItself;
   TestThread self([&](TestThread& me) {
-    try {
-      me.waitForExit();
-    } catch (const AFCThreadException& e) {
-      fromItself = e.toString();
-    }
+    fromItself = failureOf<AFCThreadException>([&] { me.waitForExit(); });
   });
   self.start();
   self.waitForExit();
