@@ -17,6 +17,13 @@
 
 namespace {
 
+template <class Kind>
+std::unique_ptr<AFCAttribute> parsed(const char* text) {
+  auto value = std::make_unique<Kind>();
+  value->fromString(text);
+  return value;
+}
+
 std::vector<std::unique_ptr<AFCAttribute>> sample() {
   std::vector<std::unique_ptr<AFCAttribute>> values;
   values.push_back(std::make_unique<AFCAttributeBool>(true));
@@ -26,22 +33,12 @@ std::vector<std::unique_ptr<AFCAttribute>> sample() {
   values.push_back(std::make_unique<AFCAttributeDouble>(-0.25));
   values.push_back(std::make_unique<AFCAttributeString>("Title"));
   values.push_back(std::make_unique<AFCAttributeWString>(u"\u00C5\u20AC"));
-  auto vec = std::make_unique<AFCAttributeVec3f>();
-  vec->fromString("[1, , 3]");
-  values.push_back(std::move(vec));
-  auto color = std::make_unique<AFCAttributeColor>();
-  color->fromString("[1, 0.5, 0, 1]");
-  values.push_back(std::move(color));
-  auto pair = std::make_unique<AFCAttributeVec2s>();
-  pair->fromString("[7, -8]");
-  values.push_back(std::move(pair));
+  values.push_back(parsed<AFCAttributeVec3f>("[1, , 3]"));
+  values.push_back(parsed<AFCAttributeColor>("[1, 0.5, 0, 1]"));
+  values.push_back(parsed<AFCAttributeVec2s>("[7, -8]"));
   values.push_back(std::make_unique<AFCAttributeVecNf>(std::vector<float>{0.25f, 4.0f}));
-  auto date = std::make_unique<AFCAttributeDate>();
-  date->fromString("7.3.2014");
-  values.push_back(std::move(date));
-  auto time = std::make_unique<AFCAttributeTime>();
-  time->fromString("09:05:01");
-  values.push_back(std::move(time));
+  values.push_back(parsed<AFCAttributeDate>("7.3.2014"));
+  values.push_back(parsed<AFCAttributeTime>("09:05:01"));
   values.push_back(std::make_unique<AFCAttributeBuffer>(AFCBuffer("ab", 2)));
   values.push_back(
       std::make_unique<AFCAttributeEnum>(AFCEnumClass::forName("VXChannelBeyondEnum"), 1));
@@ -72,7 +69,7 @@ const char* const kGolden =
     ;
 
 class WireCompat : public ::testing::Test {
-protected:
+ protected:
   void SetUp() override { registerFoundationClasses(); }
 };
 
@@ -90,8 +87,8 @@ TEST_F(WireCompat, ReadsTheGoldenBytesBackToEqualValues) {
   AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
   for (const auto& expected : sample()) {
     std::unique_ptr<AFCAttribute> value = in.readOwnedObject<AFCAttribute>();
-    EXPECT_TRUE(value->equals(*expected)) << expected->toString() << " came back as "
-                                          << value->toString();
+    EXPECT_TRUE(value->equals(*expected))
+        << expected->toString() << " came back as " << value->toString();
     EXPECT_EQ(value->toString(), expected->toString());
   }
   EXPECT_TRUE(in.atEnd());
