@@ -7,6 +7,7 @@
 #include "commands/node_commands.h"
 #include "tests/client/scripted_session.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -68,12 +69,7 @@ TEST(ClientPacket, AWrongPasswordClosesTheSessionAndFailsTheConnect) {
   session.setPassword("wrong");
   session.serverSends(versionReply(2295, 7) + packetBytes(18, kChallenge) +
                       packetBytes(20, Bytes{0}));
-  try {
-    session.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_STREQ(e.what(), "Incorrect password.");
-  }
+  EXPECT_EQ(failureOf<VXClientException>([&] { session.connect(); }), "Incorrect password.");
   EXPECT_FALSE(session.isOpen());
   EXPECT_FALSE(session.isConnected());
   EXPECT_EQ(session.getServerVersionMajor(), 0u);

@@ -7,6 +7,7 @@
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "tests/client/scripted_session.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -53,12 +54,8 @@ TEST_F(SessionRoa, ARemoteExceptionReachesTheCallerWithTheServersText) {
   session_.serverSends(
       reply(VX_ROA_REPLY_EXCEPTION, std::make_unique<AFCAttributeString>("object x not found!")));
   AFCAttributeInt32 value(1);
-  try {
-    session_.remoteSetAttr("x.y", &value);
-    FAIL();
-  } catch (const VXROARemoteException& e) {
-    EXPECT_STREQ(e.what(), "Remote exception: object x not found!");
-  }
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session_.remoteSetAttr("x.y", &value); }),
+            "Remote exception: object x not found!");
 }
 
 TEST_F(SessionRoa, AsynchronousPacketsBeforeTheReplyAreDispatchedFirst) {

@@ -4,6 +4,7 @@
 
 #include "tests/client/scripted_session.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -49,18 +50,11 @@ TEST(ClientStream, RefusesToReadOrRequestWhileClosed) {
   ScriptedSession session;
   uint32_t type = 0;
   AFCBuffer payload;
-  try {
-    session.readPacket(type, payload);
-    FAIL();
-  } catch (const VXCommunicationErrorException& e) {
-    EXPECT_STREQ(e.what(), "Communication error, Client is not connected");
-  }
-  try {
-    session.request(5, AFCBuffer(), 6, payload);
-    FAIL();
-  } catch (const VXCommunicationErrorException& e) {
-    EXPECT_STREQ(e.what(), "Communication error, Not connected");
-  }
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>([&] { session.readPacket(type, payload); }),
+            "Communication error, Client is not connected");
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>(
+                [&] { session.request(5, AFCBuffer(), 6, payload); }),
+            "Communication error, Not connected");
 }
 
 TEST(ClientStream, WaitReplyOnAClosedSessionLeavesTheReplyAlone) {
@@ -93,12 +87,8 @@ TEST(ClientStream, RefusesALengthAboveTheLimitBeforeReadingThePayload) {
   session.serverSends(wordBytes(0x56585001) + wordBytes(16) + wordBytes(10000001) + Bytes{1, 2});
   uint32_t type = 0;
   AFCBuffer payload;
-  try {
-    session.readPacket(type, payload);
-    FAIL();
-  } catch (const VXCommunicationErrorException& e) {
-    EXPECT_STREQ(e.what(), "Communication error, Wrong packet length");
-  }
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>([&] { session.readPacket(type, payload); }),
+            "Communication error, Wrong packet length");
   EXPECT_EQ(type, 16u);
   EXPECT_EQ(session.bytesRead(), 12u);
   EXPECT_EQ(log.messages(),

@@ -1,5 +1,6 @@
 #include "client/client_tcp.h"
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -10,6 +11,7 @@
 #include "client/login.h"
 #include "foundation/fd_handler.h"
 #include "tests/client/loopback_peer.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -118,12 +120,7 @@ TEST_F(ClientTcp, AWrongPasswordFailsTheConnect) {
     c.readPacket();
     c.send(packetBytes(20, {0}));
   });
-  try {
-    session_.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_STREQ(e.what(), "Incorrect password.");
-  }
+  EXPECT_EQ(failureOf<VXClientException>([&] { session_.connect(); }), "Incorrect password.");
   EXPECT_FALSE(session_.isOpen());
 }
 
@@ -234,14 +231,8 @@ TEST(ClientTcpAddress, ARefusedConnectionNamesTheSocketError) {
   closed.close();
   VXClientTcp session;
   session.setServerAddress("127.0.0.1:" + std::to_string(port));
-  try {
-    session.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_EQ(std::string(e.what()).rfind("Vexel connection failed, Can't connect to 127.0.0.1", 0),
-              0u)
-        << e.what();
-  }
+  EXPECT_THAT(failureOf<VXClientException>([&] { session.connect(); }),
+              ::testing::StartsWith("Vexel connection failed, Can't connect to 127.0.0.1"));
   EXPECT_FALSE(session.isOpen());
 }
 
@@ -261,23 +252,15 @@ TEST(ClientTcpAddress, ChoosesFromTheVX2HOSTListByClientIndex) {
 TEST(ClientTcpAddress, AnIndexPastTheListFailsTheConnectWithoutTryingAHost) {
   ScopedEnvironment hosts("VX2HOST", "a");
   VXClientTcp session(3);
-  try {
-    session.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_STREQ(e.what(), "Vexel connection failed, VX2HOST has no entry for client index 3");
-  }
+  EXPECT_EQ(failureOf<VXClientException>([&] { session.connect(); }),
+            "Vexel connection failed, VX2HOST has no entry for client index 3");
 }
 
 TEST(ClientTcpAddress, AnUnreadablePortIsAWrongPortNumber) {
   VXClientTcp session;
   session.setServerAddress("127.0.0.1:http");
-  try {
-    session.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_STREQ(e.what(), "Vexel connection failed, Wrong port number");
-  }
+  EXPECT_EQ(failureOf<VXClientException>([&] { session.connect(); }),
+            "Vexel connection failed, Wrong port number");
 }
 
 }  // namespace

@@ -9,19 +9,9 @@
 #include "commands/begin_end_builder.h"
 #include "tests/client/roa_test_support.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 
 namespace {
-
-// The text of the VXROARemoteException that the call throws, "" when none.
-template <class Call>
-std::string remoteFailure(Call call) {
-  try {
-    call();
-  } catch (const VXROARemoteException& e) {
-    return e.what();
-  }
-  return "";
-}
 
 TEST(RoaManager, SetAttrSendsOneSetRequestAndAcceptsVoid) {
   ScriptedRoaSession session;
@@ -76,23 +66,23 @@ TEST(RoaManager, AnExceptionReplyThrowsTheServerText) {
                      replyBytes(VX_ROA_REPLY_EXCEPTION, {}),
                      replyBytes(VX_ROA_REPLY_EXCEPTION, {kNullObject})};
   const auto value = text("x");
-  EXPECT_EQ(remoteFailure([&] { session.remoteSetAttr("n.a", value.get()); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteSetAttr("n.a", value.get()); }),
             "Remote exception: No node n");
-  EXPECT_EQ(remoteFailure([&] { session.remoteGetAttr("n.a"); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteGetAttr("n.a"); }),
             "Remote exception: ? bad reply ?");
-  EXPECT_EQ(remoteFailure([&] { session.remoteInvoke("n.f", {}); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteInvoke("n.f", {}); }),
             "Remote exception: ? bad reply ?");
 }
 
 TEST(RoaManager, AMissingReplyOrAnUnknownReplyKindThrows) {
   ScriptedRoaSession session;
   session.replies = {kNullObject, replyBytes(7, {textBytes("v")})};
-  EXPECT_EQ(remoteFailure([&] { session.remoteGetAttr("n.a"); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteGetAttr("n.a"); }),
             "Remote exception: ? null reply ?");
-  EXPECT_EQ(remoteFailure([&] { session.remoteGetAttr("n.a"); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteGetAttr("n.a"); }),
             "Remote exception: ? bad reply ?");
   // No reply payload at all: the session was closed while waiting.
-  EXPECT_EQ(remoteFailure([&] { session.remoteGetAttr("n.a"); }),
+  EXPECT_EQ(failureOf<VXROARemoteException>([&] { session.remoteGetAttr("n.a"); }),
             "Remote exception: ? null reply ?");
   EXPECT_NE(session.debugLines.str().find("ROA-REPLY[,v\n"), std::string::npos);
 }
@@ -104,12 +94,8 @@ TEST(RoaManager, AMalformedReplyFailsWithTheStreamText) {
   session.replies = {truncated, replyBytes(VX_ROA_REPLY_PROPS, {})};
   session.replies[1][session.replies[1].size() - 1] = 0xFF;  // a count of 255 values, none there
   for (int i = 0; i < 2; ++i) {
-    try {
-      session.remoteGetAttr("n.a");
-      FAIL() << "accepted a malformed reply";
-    } catch (const AFCPersistentReadException2& e) {
-      EXPECT_STREQ(e.what(), "Incorrect data length");
-    }
+    EXPECT_EQ(failureOf<AFCPersistentReadException2>([&] { session.remoteGetAttr("n.a"); }),
+              "Incorrect data length");
   }
 }
 

@@ -9,6 +9,7 @@
 #include "foundation/attribute_scalar.h"
 #include "tests/client/roa_test_support.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 
 namespace {
 
@@ -44,16 +45,6 @@ const AFCClass& Lamp::staticClass() {
   return record;
 }
 
-template <class Call>
-std::string failure(Call call) {
-  try {
-    call();
-  } catch (const AFCException& e) {
-    return e.what();
-  }
-  return "";
-}
-
 class LocalLookups : public ::testing::Test {
  protected:
   LocalLookups() { lamp.setRoaPath("Root/lamp"); }
@@ -72,13 +63,13 @@ TEST_F(LocalLookups, GetSetAndInvokeMembersThroughReflection) {
 }
 
 TEST_F(LocalLookups, NameTheEntityThatIsMissing) {
-  EXPECT_EQ(failure([] { VXROAResolvable::localGetAttr("Root/none.Label"); }),
+  EXPECT_EQ(failureOf([] { VXROAResolvable::localGetAttr("Root/none.Label"); }),
             "object Root/none not found!");
-  EXPECT_EQ(failure([] { VXROAResolvable::localGetAttr("Root/lamp.Colour"); }),
+  EXPECT_EQ(failureOf([] { VXROAResolvable::localGetAttr("Root/lamp.Colour"); }),
             "Attribute Colour not found!");
-  EXPECT_EQ(failure([] { VXROAResolvable::localInvoke("Root/lamp.blink", {}); }),
+  EXPECT_EQ(failureOf([] { VXROAResolvable::localInvoke("Root/lamp.blink", {}); }),
             "Method blink not found!");
-  EXPECT_EQ(failure([] { VXROAResolvable::localGetAttr("Root/lamp"); }), "Bad ROA request");
+  EXPECT_EQ(failureOf([] { VXROAResolvable::localGetAttr("Root/lamp"); }), "Bad ROA request");
 }
 
 TEST_F(LocalLookups, AnAsyncSetThatFailsIsLoggedNotThrown) {

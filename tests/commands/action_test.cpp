@@ -64,14 +64,10 @@ TEST(Action, IgnoresNullRecords) {
   EXPECT_EQ(texts(*copy), std::vector<std::string>{"Wait 1"});
 }
 
-TEST(Action, ImmediateAndMergedActionsReportChannelZero) {
+TEST(Action, MergedActionIsWrittenAndReadAsAnImmediateActionOnChannelZero) {
   EXPECT_EQ(VXImmediateAction().getChannel(), 0u);
-  EXPECT_EQ(VXMergedAction().getChannel(), 0u);
-  EXPECT_EQ(VXChannelAction(7).getChannel(), 7u);
-}
-
-TEST(Action, MergedActionIsWrittenAndReadAsAnImmediateAction) {
   VXMergedAction merged;
+  EXPECT_EQ(merged.getChannel(), 0u);
   merged.addCommand(std::make_unique<VXWaitCommand>(1));
   EXPECT_EQ(merged.getClass(), &VXImmediateAction::staticClass());
   EXPECT_EQ(merged.toString(), "VXImmediateAction");
@@ -84,18 +80,13 @@ TEST(Action, RootIsRegisteredButCannotBeMade) {
   EXPECT_EQ(readObjectError(bytes), "Bad type of created instance");
 }
 
-TEST(Action, ReadingRefusesARecordThatIsNotACommand) {
-  const Bytes bytes = newObjectHeader("VXImmediateAction") + kBasePart + uint32Bytes(0x06, 1) +
-                      newObjectHeader("AFCAttributeInt32") + kBasePart + boolBytes(true) +
-                      int32Bytes(5);
-  EXPECT_NE(readObjectError(bytes), "");
-}
-
-TEST(Action, ReadingRefusesTheSameRecordTwice) {
+TEST(Action, ReadingRefusesARecordThatIsNotACommandOrTheSameRecordTwice) {
+  const Bytes start = newObjectHeader("VXImmediateAction") + kBasePart;
+  EXPECT_NE(readObjectError(start + uint32Bytes(0x06, 1) + newObjectHeader("AFCAttributeInt32") +
+                            kBasePart + boolBytes(true) + int32Bytes(5)),
+            "");
   // The second entry refers back to the first record: it would have two owners.
-  const Bytes bytes = newObjectHeader("VXImmediateAction") + kBasePart + uint32Bytes(0x06, 2) +
-                      kWait1 + uint32Bytes(0x0C, 1);
-  EXPECT_NE(readObjectError(bytes), "");
+  EXPECT_NE(readObjectError(start + uint32Bytes(0x06, 2) + kWait1 + uint32Bytes(0x0C, 1)), "");
 }
 
 TEST(Action, HugeCountOnShortDataFailsWithoutTouchingTheAction) {
@@ -132,32 +123,32 @@ TEST(MergedAction, ReadingRecomputesTheTransactionState) {
   EXPECT_EQ(texts(merged), std::vector<std::string>{"TransactionBegin T"});
 }
 
-TEST(MergedAction, FoldingClosesAnOpenTransactionOnce) {
-  VXImmediateAction parent;
-  VXMergedAction merged;
-  merged.addCommand(std::make_unique<VXTransactionBeginCommand>("T", false));
-  merged.foldInto(parent);
-  EXPECT_EQ(texts(parent), (std::vector<std::string>{"TransactionBegin T", "TransactionEnd"}));
-  EXPECT_TRUE(merged.getCommands().empty());
-}
-
-TEST(MergedAction, FoldingAddsNoEndToAClosedTransaction) {
-  VXImmediateAction parent;
-  VXMergedAction merged;
-  merged.addCommand(std::make_unique<VXTransactionBeginCommand>("T", false));
-  merged.addCommand(std::make_unique<VXTransactionEndCommand>());
-  merged.foldInto(parent);
-  EXPECT_EQ(texts(parent), (std::vector<std::string>{"TransactionBegin T", "TransactionEnd"}));
-}
-
-TEST(MergedAction, FoldingAppendsAfterTheParentsRecordsInOrder) {
-  VXChannelAction parent(2);
-  parent.addCommand(std::make_unique<VXWaitCommand>(1));
-  VXMergedAction merged;
-  merged.addCommand(std::make_unique<VXWaitCommand>(2));
-  merged.addCommand(std::make_unique<VXWaitCommand>(3));
-  merged.foldInto(parent);
-  EXPECT_EQ(texts(parent), (std::vector<std::string>{"Wait 1", "Wait 2", "Wait 3"}));
+TEST(MergedAction, FoldingAppendsAfterTheParentsRecordsAndClosesAnOpenTransactionOnce) {
+  const struct {
+    std::vector<std::string> merged;  // "B" a begin, "E" an end, else a wait of that time
+    std::vector<std::string> parent;
+  } rows[] = {
+      {{"B"}, {"Wait 1", "TransactionBegin T", "TransactionEnd"}},
+      {{"B", "E"}, {"Wait 1", "TransactionBegin T", "TransactionEnd"}},
+      {{"2", "3"}, {"Wait 1", "Wait 2", "Wait 3"}},
+  };
+  for (const auto& row : rows) {
+    VXChannelAction parent(2);
+    parent.addCommand(std::make_unique<VXWaitCommand>(1));
+    VXMergedAction merged;
+    for (const std::string& record : row.merged) {
+      if (record == "B") {
+        merged.addCommand(std::make_unique<VXTransactionBeginCommand>("T", false));
+      } else if (record == "E") {
+        merged.addCommand(std::make_unique<VXTransactionEndCommand>());
+      } else {
+        merged.addCommand(std::make_unique<VXWaitCommand>(std::stoi(record)));
+      }
+    }
+    merged.foldInto(parent);
+    EXPECT_EQ(texts(parent), row.parent);
+    EXPECT_TRUE(merged.getCommands().empty());
+  }
 }
 
 }  // namespace

@@ -4,42 +4,31 @@
 
 #include <cstdint>
 #include <limits>
+#include <memory>
 
 #include "tests/commands/command_test_support.h"
 
 namespace {
 
-constexpr int64_t kInfinite = std::numeric_limits<int64_t>::max();
-
-TEST(StopAnimationCommand, WritesNameTargetAndTime) {
-  const VXStopAnimationCommand command("in", "Root/t", kInfinite);
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXStopAnimationCommand") + kBasePart +
-                                      stringBytes("in") + stringBytes("Root/t") +
-                                      int64Bytes(0x7FFFFFFFFFFFFFFF));
-  EXPECT_EQ(command.toString(), "StopAnimation in on Root/t");
-}
-
-TEST(AccelerateAnimationCommand, WritesNameTargetSpeedAndTime) {
-  const VXAccelerateAnimationCommand command("in", "Root/t", 1.0f, -2);
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXAccelerateAnimationCommand") + kBasePart +
-                                      stringBytes("in") + stringBytes("Root/t") +
-                                      uint32Bytes(0x09, 0x3F800000) + int64Bytes(-2));
-  EXPECT_EQ(command.toString(), "AccelerateAnimation in on Root/t");
-}
-
-TEST(RemoveLocalAnimationCommand, WritesNameThenTarget) {
-  const VXRemoveLocalAnimationCommand command("in", "Root/t");
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXRemoveLocalAnimationCommand") + kBasePart +
-                                      stringBytes("in") + stringBytes("Root/t"));
-  EXPECT_EQ(command.toString(), "RemoveLocalAnimation in on Root/t");
-}
-
-TEST(ActivateActionCommand, WritesActionTransactionFlagThenTarget) {
-  const VXActivateActionCommand command("go", "T1", true, "Root/t");
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXActivateActionCommand") + kBasePart +
-                                      stringBytes("go") + stringBytes("T1") + boolBytes(true) +
-                                      stringBytes("Root/t"));
-  EXPECT_EQ(command.toString(), "ActivateAction go on Root/t");
+TEST(AnimationControlCommands, WriteTheirFieldsInWireOrderAndNameThemInTheirText) {
+  expectGolden({
+      {"VXStopAnimationCommand",
+       std::make_shared<VXStopAnimationCommand>("in", "Root/t",
+                                                std::numeric_limits<int64_t>::max()),
+       stringBytes("in") + stringBytes("Root/t") + int64Bytes(0x7FFFFFFFFFFFFFFF),
+       "StopAnimation in on Root/t"},
+      {"VXAccelerateAnimationCommand",
+       std::make_shared<VXAccelerateAnimationCommand>("in", "Root/t", 1.0f, -2),
+       stringBytes("in") + stringBytes("Root/t") + uint32Bytes(0x09, 0x3F800000) + int64Bytes(-2),
+       "AccelerateAnimation in on Root/t"},
+      {"VXRemoveLocalAnimationCommand",
+       std::make_shared<VXRemoveLocalAnimationCommand>("in", "Root/t"),
+       stringBytes("in") + stringBytes("Root/t"), "RemoveLocalAnimation in on Root/t"},
+      {"VXActivateActionCommand",
+       std::make_shared<VXActivateActionCommand>("go", "T1", true, "Root/t"),
+       stringBytes("go") + stringBytes("T1") + boolBytes(true) + stringBytes("Root/t"),
+       "ActivateAction go on Root/t"},
+  });
 }
 
 TEST(ActivateActionCommand, DefaultNameFillsOnlyAnEmptyTransactionName) {

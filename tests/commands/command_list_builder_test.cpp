@@ -11,24 +11,15 @@
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "foundation/attribute_vector.h"
-#include "foundation/errlog.h"
-#include "foundation/errlog_backend.h"
 #include "tests/commands/command_test_support.h"
+#include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 #include "tests/support/recording_builder.h"
 
 namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
-
-std::string thrownText(const std::function<void()>& call) {
-  try {
-    call();
-  } catch (const AFCException& e) {
-    return e.what();
-  }
-  return "";
-}
 
 TEST(CommandListBuilder, GeneratesNoNameNamesPerBuilderStartingAtOne) {
   VXRecordingBuilder builder;
@@ -46,24 +37,22 @@ TEST(CommandListBuilder, GeneratesNoNameNamesPerBuilderStartingAtOne) {
 TEST(CommandListBuilder, RejectsMissingNamesBeforeMakingARecord) {
   VXRecordingBuilder builder;
   auto value = [] { return std::make_unique<AFCAttributeInt32>(1); };
-  EXPECT_EQ(thrownText([&] { builder.createNode("", "n", "Root"); }),
-            "Illegal Argument Exception, No node type");
-  EXPECT_EQ(thrownText([&] { builder.deleteNode(""); }), "Illegal Argument Exception, No node name");
-  EXPECT_EQ(thrownText([&] { builder.renameTarget("a", ""); }), "Illegal Argument Exception, No node name");
-  EXPECT_EQ(thrownText([&] { builder.setAttribute("", "x", value()); }),
-            "Illegal Argument Exception, No node name");
-  EXPECT_EQ(thrownText([&] { builder.setAttribute("a", "", value()); }),
-            "Illegal Argument Exception, No attribute name");
-  EXPECT_EQ(thrownText([&] { builder.setAttribute("a", "x", nullptr); }),
-            "Null pointer to AFCAttribute");
-  EXPECT_EQ(thrownText([&] { builder.storeAnimation("", "a", new VXAnimation); }),
-            "Illegal Argument Exception, No anim name");
-  for (auto call : {&VXCommandListBuilder::transactionRoll,
-                    &VXCommandListBuilder::transactionStop}) {
-    EXPECT_EQ(thrownText([&] { (builder.*call)(""); }), "Illegal Argument Exception, No transaction name");
+  const std::string bad = "Illegal Argument Exception, No ";
+  const std::pair<std::function<void()>, std::string> rows[] = {
+      {[&] { builder.createNode("", "n", "Root"); }, bad + "node type"},
+      {[&] { builder.deleteNode(""); }, bad + "node name"},
+      {[&] { builder.renameTarget("a", ""); }, bad + "node name"},
+      {[&] { builder.setAttribute("", "x", value()); }, bad + "node name"},
+      {[&] { builder.setAttribute("a", "", value()); }, bad + "attribute name"},
+      {[&] { builder.setAttribute("a", "x", nullptr); }, "Null pointer to AFCAttribute"},
+      {[&] { builder.storeAnimation("", "a", new VXAnimation); }, bad + "anim name"},
+      {[&] { builder.transactionRoll(""); }, bad + "transaction name"},
+      {[&] { builder.transactionStop(""); }, bad + "transaction name"},
+      {[&] { builder.transactionBegin("", false); }, bad + "transaction name"},
+  };
+  for (std::size_t i = 0; i < std::size(rows); ++i) {
+    EXPECT_EQ(failureOf(rows[i].first), rows[i].second) << "row " << i;
   }
-  EXPECT_EQ(thrownText([&] { builder.transactionBegin("", false); }),
-            "Illegal Argument Exception, No transaction name");
   EXPECT_TRUE(builder.sent().empty());
   // A missing effect name or address is not checked.
   builder.deleteEffect("");
@@ -126,34 +115,30 @@ TEST(CommandListBuilder, CallbackIdsComeFromOneCounterForTheProcess) {
   EXPECT_EQ(std::adjacent_find(ids.begin(), ids.end()), ids.end());
 }
 
-class NaNCheck : public ::testing::Test {
- protected:
-  void SetUp() override { AFCErrLog::instance().addBackend(memory_); }
-  void TearDown() override { AFCErrLog::instance().removeBackend(memory_.get()); }
-  std::shared_ptr<AFCErrLogBackendMemory> memory_ = std::make_shared<AFCErrLogBackendMemory>();
-  VXRecordingBuilder builder_;
-};
-
-TEST_F(NaNCheck, DropsAVectorWithANaNChannelAndLogsIt) {
+TEST(CommandListBuilder, DropsAVectorWithANaNChannelAndLogsIt) {
+  CapturedErrLog log;
+  VXRecordingBuilder builder;
   auto vec = std::make_unique<AFCAttributeVec3f>();
   vec->setChannelValue(0, 1);
   vec->setChannelValue(1, std::numeric_limits<double>::quiet_NaN());
   vec->setChannelValue(2, 3);
   const std::string text = vec->toString();
-  builder_.setAttribute("Root/a", "Position", std::move(vec));
-  EXPECT_TRUE(builder_.sent().empty());
-  EXPECT_THAT(memory_->messages(),
+  builder.setAttribute("Root/a", "Position", std::move(vec));
+  EXPECT_TRUE(builder.sent().empty());
+  EXPECT_THAT(log.messages(),
               ElementsAre("vx2.setAttribute(Root/a,Position) called with invalid value " + text));
 }
 
-TEST_F(NaNCheck, TestsFloatingScalarsButLetsInfinitiesAndOtherScalarsPass) {
-  builder_.setAttribute("a", "f", std::make_unique<AFCAttributeFloat>(NAN));
-  builder_.setAttribute("a", "d", std::make_unique<AFCAttributeDouble>(NAN));
-  EXPECT_TRUE(builder_.sent().empty());
-  builder_.setAttribute("a", "f", std::make_unique<AFCAttributeFloat>(INFINITY));
-  builder_.setAttribute("a", "i", std::make_unique<AFCAttributeInt32>(3));
-  EXPECT_EQ(builder_.sent().size(), 2u);
-  EXPECT_EQ(memory_->events().size(), 2u);
+TEST(CommandListBuilder, TestsFloatingScalarsButLetsInfinitiesAndOtherScalarsPass) {
+  CapturedErrLog log;
+  VXRecordingBuilder builder;
+  builder.setAttribute("a", "f", std::make_unique<AFCAttributeFloat>(NAN));
+  builder.setAttribute("a", "d", std::make_unique<AFCAttributeDouble>(NAN));
+  EXPECT_TRUE(builder.sent().empty());
+  builder.setAttribute("a", "f", std::make_unique<AFCAttributeFloat>(INFINITY));
+  builder.setAttribute("a", "i", std::make_unique<AFCAttributeInt32>(3));
+  EXPECT_EQ(builder.sent().size(), 2u);
+  EXPECT_EQ(log.messages().size(), 2u);
 }
 
 TEST(CommandListBuilder, ActivatesAClientAnimationOrAnEmptyOneWhenStopping) {

@@ -10,6 +10,7 @@
 #include <string>
 #include <vector>
 
+#include "commands/command.h"
 #include "commands/register.h"
 #include "foundation/persistent_stream.h"
 #include "tests/foundation/stream_bytes.h"
@@ -56,6 +57,22 @@ std::unique_ptr<T> roundTrip(const T& object) {
   auto copy = in.readOwnedObject<T>();
   EXPECT_TRUE(in.atEnd());
   return copy;
+}
+
+// One record's wire form: its class name, the fields after the base part, and its text.
+struct GoldenRecord {
+  std::string className;
+  std::shared_ptr<const VXCommand> command;
+  Bytes fields;
+  std::string text;
+};
+
+inline void expectGolden(const std::vector<GoldenRecord>& rows) {
+  for (const GoldenRecord& row : rows) {
+    SCOPED_TRACE(row.className);
+    EXPECT_EQ(objectBytes(*row.command), newObjectHeader(row.className) + kBasePart + row.fields);
+    EXPECT_EQ(row.command->toString(), row.text);
+  }
 }
 
 // Reads one object from the bytes; the text of the exception it throws, "" when none.

@@ -2,65 +2,38 @@
 
 #include <gtest/gtest.h>
 
+#include <memory>
+
 #include "tests/commands/command_test_support.h"
 
 namespace {
 
-TEST(SetProjectCommand, WritesTheProjectName) {
-  EXPECT_EQ(objectBytes(VXSetProjectCommand("Show")),
-            newObjectHeader("VXSetProjectCommand") + kBasePart + stringBytes("Show"));
-  EXPECT_EQ(VXSetProjectCommand("Show").toString(), "SetProject Show");
+TEST(MiscCommands, WriteTheirFieldsInWireOrderAndNameThemInTheirText) {
+  expectGolden({
+      {"VXSetProjectCommand", std::make_shared<VXSetProjectCommand>("Show"), stringBytes("Show"),
+       "SetProject Show"},
+      {"VXCallbackCommand", std::make_shared<VXCallbackCommand>(-2), int32Bytes(-2), "Callback -2"},
+      // A wide string on the wire; the text keeps the unsubstituted placeholder.
+      {"VXMessageCommand", std::make_shared<VXMessageCommand>("hi"), wstringBytes("hi"),
+       "Message %dhi"},
+      {"VXWaitCommand", std::make_shared<VXWaitCommand>(40), int32Bytes(40), "Wait 40"},
+      {"VXPreviewCommand", std::make_shared<VXPreviewCommand>(5, VXPreviewCommand::kSequenceEnd),
+       int32Bytes(5) + int32Bytes(2) + int32Bytes(0) + int32Bytes(0), "Preview 5 type 2"},
+  });
+  EXPECT_EQ(VXPreviewCommand(5).getPreviewType(), VXPreviewCommand::kSingle);
 }
 
-TEST(CallbackCommand, WritesTheIdAsInt32) {
-  EXPECT_EQ(objectBytes(VXCallbackCommand(-2)),
-            newObjectHeader("VXCallbackCommand") + kBasePart + int32Bytes(-2));
-  EXPECT_EQ(VXCallbackCommand(12).toString(), "Callback 12");
-}
-
-TEST(MessageCommand, TravelsAsAWideString) {
-  EXPECT_EQ(objectBytes(VXMessageCommand("hi")),
-            newObjectHeader("VXMessageCommand") + kBasePart + wstringBytes("hi"));
-}
-
-TEST(MessageCommand, ReadsEitherStringKind) {
-  for (const Bytes& text : {wstringBytes("hi"), stringBytes("hi")}) {
-    const Bytes bytes = newObjectHeader("VXMessageCommand") + kBasePart + text;
+TEST(MessageCommand, ReadsEitherStringKindAndKeepsNonAsciiText) {
+  // UTF-8 on POSIX; on Windows the same bytes are valid code-page 1252 text.
+  const std::string umlauts = "Gr\xC3\xBC\xC3\x9F\x65";
+  const Bytes header = newObjectHeader("VXMessageCommand") + kBasePart;
+  for (const Bytes& bytes : {header + wstringBytes("hi"), header + stringBytes("hi"),
+                             objectBytes(VXMessageCommand(umlauts))}) {
     AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
     auto command = in.readOwnedObject<VXMessageCommand>();
     ASSERT_TRUE(command);
-    EXPECT_EQ(command->getMessage(), "hi");
+    EXPECT_EQ(command->getMessage(), bytes.back() == 'i' ? "hi" : umlauts);
   }
-}
-
-TEST(MessageCommand, NonAsciiTextSurvivesTheRoundTrip) {
-  // UTF-8 on POSIX; on Windows the same bytes are valid code-page 1252 text.
-  const std::string text = "Gr\xC3\xBC\xC3\x9F\x65";
-  const Bytes bytes = objectBytes(VXMessageCommand(text));
-  AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
-  auto command = in.readOwnedObject<VXMessageCommand>();
-  ASSERT_TRUE(command);
-  EXPECT_EQ(command->getMessage(), text);
-}
-
-TEST(MessageCommand, TextKeepsTheUnsubstitutedPlaceholder) {
-  const std::string text = VXMessageCommand("hi").toString();
-  EXPECT_EQ(text, "Message %dhi");
-  EXPECT_EQ(text.size(), 12u);
-}
-
-TEST(WaitCommand, WritesTheTimeAsInt32) {
-  EXPECT_EQ(objectBytes(VXWaitCommand(40)),
-            newObjectHeader("VXWaitCommand") + kBasePart + int32Bytes(40));
-  EXPECT_EQ(VXWaitCommand(40).toString(), "Wait 40");
-}
-
-TEST(PreviewCommand, WritesIdTypeAndTwoZeroWords) {
-  EXPECT_EQ(objectBytes(VXPreviewCommand(5, VXPreviewCommand::kSequenceEnd)),
-            newObjectHeader("VXPreviewCommand") + kBasePart + int32Bytes(5) + int32Bytes(2) +
-                int32Bytes(0) + int32Bytes(0));
-  EXPECT_EQ(VXPreviewCommand(5).getPreviewType(), VXPreviewCommand::kSingle);
-  EXPECT_EQ(VXPreviewCommand(5, 1).toString(), "Preview 5 type 1");
 }
 
 }  // namespace

@@ -5,8 +5,8 @@
 
 #include <memory>
 
-#include "foundation/errlog_backend.h"
 #include "tests/commands/command_test_support.h"
+#include "tests/foundation/errlog_capture.h"
 
 namespace {
 
@@ -23,33 +23,25 @@ Bytes contents(const VXZonesState& state) {
   return Bytes(buffer.data(), buffer.data() + buffer.size());
 }
 
-TEST(ZonesState, SetOverwritesAndRemoveForgets) {
+TEST(ZonesState, SetOverwritesRemoveForgetsAndAZoneNotAskedForLogsAndAnswersFalse) {
   VXZonesState state = zones({{"A", true}});
   state.set("A", false);
   EXPECT_EQ(state.size(), 1u);
-  EXPECT_TRUE(state.contains("A"));
   EXPECT_FALSE(state.get("A"));
   state.remove("A");
   EXPECT_FALSE(state.contains("A"));
-}
 
-TEST(ZonesState, GetOfAZoneNotAskedForLogsAndAnswersFalse) {
-  auto memory = std::make_shared<AFCErrLogBackendMemory>();
-  AFCErrLog::instance().addBackend(memory);
-  const bool state = zones({{"A", true}}).get("B");
-  AFCErrLog::instance().removeBackend(memory.get());
-  EXPECT_FALSE(state);
-  EXPECT_THAT(memory->messages(),
+  CapturedErrLog log;
+  EXPECT_FALSE(zones({{"A", true}}).get("B"));
+  EXPECT_THAT(log.messages(),
               testing::ElementsAre("VXZonesState::get: Get for zone B was not prepared!"));
 }
 
-TEST(ZonesState, IsWrittenAsCountThenNameAndStatePerZone) {
+TEST(ZonesState, IsWrittenAsCountThenNameAndStatePerZoneAndReadsBack) {
   EXPECT_EQ(contents(zones({{"Z1", true}})),
             uint32Bytes(0x06, 1) + stringBytes("Z1") + boolBytes(true));
   EXPECT_EQ(contents(VXZonesState()), uint32Bytes(0x06, 0));
-}
 
-TEST(ZonesState, ReadsBackEveryZone) {
   const VXZonesState state = zones({{"A", true}, {"B", false}, {"C", true}});
   const Bytes bytes = contents(state);
   AFCPersistentInputStreamBuffer in(bytes.data(), bytes.size());
@@ -67,26 +59,25 @@ TEST(ZonesState, ShortDataLeavesTheRecordUnchangedAndAllocatesNothingFromTheCoun
 }
 
 TEST(SetZoneStateCommand, WritesTheZonesAfterTheBasePart) {
-  const VXSetZoneStateCommand command(zones({{"Z1", false}}));
-  EXPECT_EQ(objectBytes(command), newObjectHeader("VXSetZoneStateCommand") + kBasePart +
-                                      uint32Bytes(0x06, 1) + stringBytes("Z1") + boolBytes(false));
-  EXPECT_EQ(command.toString(), "SetZone");
+  expectGolden(
+      {{"VXSetZoneStateCommand", std::make_shared<VXSetZoneStateCommand>(zones({{"Z1", false}})),
+        uint32Bytes(0x06, 1) + stringBytes("Z1") + boolBytes(false), "SetZone"}});
 }
 
-TEST(SetZoneStateCommand, DefaultNameTakesOverTheStateOfTheUnnamedZone) {
-  VXSetZoneStateCommand unnamed(zones({{"", true}}));
-  unnamed.bindDefaultName("Z");
-  EXPECT_EQ(unnamed.getZones(), zones({{"Z", true}}));
-
-  VXSetZoneStateCommand named(zones({{"A", false}}));
-  named.bindDefaultName("Z");
-  EXPECT_EQ(named.getZones(), zones({{"A", false}}));
-}
-
-TEST(SetZoneStateCommand, DefaultNameOverwritesAZoneOfThatName) {
-  VXSetZoneStateCommand command(zones({{"", true}, {"Z", false}}));
-  command.bindDefaultName("Z");
-  EXPECT_EQ(command.getZones(), zones({{"Z", true}}));
+TEST(SetZoneStateCommand, DefaultNameTakesOverTheUnnamedZoneAndOverwritesOneOfThatName) {
+  const struct {
+    VXZonesState before;
+    VXZonesState after;
+  } rows[] = {
+      {zones({{"", true}}), zones({{"Z", true}})},
+      {zones({{"A", false}}), zones({{"A", false}})},
+      {zones({{"", true}, {"Z", false}}), zones({{"Z", true}})},
+  };
+  for (const auto& row : rows) {
+    VXSetZoneStateCommand command(row.before);
+    command.bindDefaultName("Z");
+    EXPECT_EQ(command.getZones(), row.after);
+  }
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "client/client_exceptions.h"
+#include "tests/support/failure_text.h"
 #include "tests/vxsim/sim_test_support.h"
 
 namespace {
@@ -67,12 +68,9 @@ TEST(SimConnection, ABadMagicFailsTheFramingAndClosesTheConnection) {
   VXSimHub hub;
   VXSimConnection connection(hub, 1);
   const Bytes bad = {'B', 'A', 'D', '!', 0, 0, 0, 5, 0, 0, 0, 0};
-  try {
-    connection.feed(bad.data(), bad.size());
-    FAIL();
-  } catch (const VXCommunicationErrorException& e) {
-    EXPECT_STREQ(e.what(), "Communication error, Bad magic in packet header");
-  }
+  EXPECT_EQ(
+      failureOf<VXCommunicationErrorException>([&] { connection.feed(bad.data(), bad.size()); }),
+      "Communication error, Bad magic in packet header");
   EXPECT_TRUE(connection.isClosed());
   const Bytes version = packetBytes(5);
   connection.feed(version.data(), version.size());
@@ -121,12 +119,7 @@ TEST(SimConnection, TheRightPasswordLogsInAndTheWrongOneIsRefused) {
 
   PipedSession wrong(recording.hub, 2);
   wrong.setPassword("guess");
-  try {
-    wrong.connect();
-    FAIL();
-  } catch (const VXClientException& e) {
-    EXPECT_STREQ(e.what(), "Incorrect password.");
-  }
+  EXPECT_EQ(failureOf<VXClientException>([&] { wrong.connect(); }), "Incorrect password.");
   EXPECT_FALSE(wrong.connection().isLoggedIn());
   EXPECT_EQ(recording.lines,
             (std::vector<std::string>{"client 1: logged in", "client 2: login refused"}));

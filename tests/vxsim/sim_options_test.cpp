@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "tests/support/failure_text.h"
+
 TEST(SimOptions, VersionTextsGiveTheWordsTheClientReadsBack) {
   const VXSimVersion release = vxSimParseVersion("2295.7");
   EXPECT_EQ(release.major, 2295u);
@@ -45,12 +47,7 @@ TEST(SimOptions, ArgumentsTakeSeparateOrInlineValues) {
 
 TEST(SimOptions, RefusesUnknownOptionsMissingValuesAndBadPorts) {
   auto textOf = [](std::vector<std::string> arguments) {
-    try {
-      vxSimParseArguments(arguments);
-    } catch (const VXSimUsageException& e) {
-      return std::string(e.what());
-    }
-    return std::string("accepted");
+    return failureOf<VXSimUsageException>([&] { vxSimParseArguments(arguments); });
   };
   EXPECT_EQ(textOf({"--colour"}), "Unknown option: --colour");
   EXPECT_EQ(textOf({"--port"}), "Missing value for --port");

@@ -20,12 +20,7 @@ TEST(SimRemoteObjects, RemoteObjectsGetAndSetNodeAttributesAndNameWhatIsMissing)
   EXPECT_NE(dynamic_cast<const AFCAttributeInt32*>(back.get()), nullptr);
 
   auto textOf = [&](std::string_view path) {
-    try {
-      session.remoteGetAttr(path);
-    } catch (const AFCException& e) {
-      return std::string(e.what());
-    }
-    return std::string("no exception");
+    return failureOf([&] { session.remoteGetAttr(path); });
   };
   EXPECT_EQ(textOf("Root/nope.Size"), "Remote exception: object Root/nope not found!");
   EXPECT_EQ(textOf("Root/txt.Color"), "Remote exception: Attribute Color not found!");
