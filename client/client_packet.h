@@ -72,6 +72,9 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
   // The project name of the current channel; empty when it has none.
   std::string getProject() const override;
   void setZoneState1(const VXZonesState& zones) override;
+  // The reply and the zone notifications are both packet 4 and replies are matched by type, so
+  // on a session registered for zone notifications a notification already on its way is taken
+  // as the reply. Query from a session that is not registered when the answer must be exact.
   void getZoneState1(VXZonesState& zones) override;
 
   void addZoneNotifyListener(const std::string& zone, VXZoneStateListener* listener) override;
