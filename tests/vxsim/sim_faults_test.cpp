@@ -37,19 +37,19 @@ TEST(SimFaults, EveryOrderGetsANewNumberEvenAfterOff) {
   EXPECT_GT(faults.closeOrder, faults.magicOrder);
 }
 
-TEST(SimFaults, RefusesASpecItCannotReadAndKeepsTheOrders) {
+TEST(SimFaults, RefusesAnOrderItCannotReadAndKeepsTheOrders) {
   VXSimFaults faults;
   faults.apply("close 2");
   const std::string before = faults.describe();
   const uint64_t last = faults.lastOrder;
-  for (const char* spec :
+  for (const char* order :
        {"", "close", "close 0", "close -1", "close 2x", "close 99999999999", "delay",
         "delay 600001", "delay 1 2", "magic now", "off please", "nap 3"}) {
     try {
-      faults.apply(spec);
-      ADD_FAILURE() << "accepted \"" << spec << "\"";
+      faults.apply(order);
+      ADD_FAILURE() << "accepted \"" << order << "\"";
     } catch (const VXSimUsageException& e) {
-      EXPECT_EQ(std::string(e.what()), "Bad fault: \"" + std::string(spec) + "\"");
+      EXPECT_EQ(std::string(e.what()), "Bad fault: \"" + std::string(order) + "\"");
     }
   }
   EXPECT_EQ(faults.describe(), before);

@@ -3,7 +3,7 @@
 // zones, messages, pick results, error-log entries, faults) on standard input and, with
 // --control-port, on a loopback TCP port.
 //   vxsim [--port N] [--host ADDRESS] [--password P] [--version V] [--control-port N]
-//         [--fault SPEC]...
+//         [--fault ORDER]...
 // The first line of output is "vxsim listening on ADDRESS:PORT", then, with a control port,
 // "vxsim control on 127.0.0.1:PORT"; log lines follow.
 #include <deque>

@@ -7,12 +7,12 @@
 
 namespace {
 
-uint32_t parseCount(const std::string& spec, const std::string& text, uint32_t min, uint32_t max) {
+uint32_t parseCount(const std::string& order, const std::string& text, uint32_t min, uint32_t max) {
   uint32_t value = 0;
   const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
   if (text.empty() || error != std::errc() || end != text.data() + text.size() || value < min ||
       value > max) {
-    throw VXSimUsageException("Bad fault: \"" + spec + "\"");
+    throw VXSimUsageException("Bad fault: \"" + order + "\"");
   }
   return value;
 }
@@ -21,21 +21,21 @@ uint32_t parseCount(const std::string& spec, const std::string& text, uint32_t m
 
 const char* const kVXSimFaultUsage = "close N|magic|length|delay MS|off";
 
-void VXSimFaults::apply(const std::string& spec) {
-  std::istringstream words(spec);
+void VXSimFaults::apply(const std::string& order) {
+  std::istringstream words(order);
   std::string kind;
   std::string argument;
   std::string extra;
   words >> kind >> argument >> extra;
   const bool takesArgument = kind == "close" || kind == "delay";
   if (!extra.empty() || argument.empty() == takesArgument) {
-    throw VXSimUsageException("Bad fault: \"" + spec + "\"");
+    throw VXSimUsageException("Bad fault: \"" + order + "\"");
   }
   if (kind == "close") {
-    closeAfter = parseCount(spec, argument, 1, UINT32_MAX);
+    closeAfter = parseCount(order, argument, 1, UINT32_MAX);
     closeOrder = ++lastOrder;
   } else if (kind == "delay") {
-    delayMs = parseCount(spec, argument, 0, kMaxDelayMs);
+    delayMs = parseCount(order, argument, 0, kMaxDelayMs);
   } else if (kind == "magic") {
     magicOrder = ++lastOrder;
   } else if (kind == "length") {
@@ -45,7 +45,7 @@ void VXSimFaults::apply(const std::string& spec) {
     *this = VXSimFaults();
     lastOrder = last;
   } else {
-    throw VXSimUsageException("Bad fault: \"" + spec + "\"");
+    throw VXSimUsageException("Bad fault: \"" + order + "\"");
   }
 }
 

@@ -10,7 +10,8 @@
 // sent, held replies included, is dropped with the connection.
 // Orders carry a number (0: none) so that a connection can tell a new order from one it has
 // already carried out. A plain value kept by the hub and read by the connections; not thread
-// safe. apply() throws VXSimUsageException for a spec it cannot read, leaving the value as it was.
+// safe. apply() throws VXSimUsageException for an order it cannot read, leaving the value as it
+// was.
 #include <cstdint>
 #include <string>
 
@@ -26,7 +27,7 @@ struct VXSimFaults {
   uint64_t lastOrder = 0;
 
   // "close N" (N at least 1), "magic", "length", "delay MS" (0 ends the delay) or "off".
-  void apply(const std::string& spec);
+  void apply(const std::string& order);
   // "faults: none", or the standing orders, e.g. "faults: close after 3 packets, delay 200 ms".
   std::string describe() const;
 };

@@ -80,17 +80,18 @@ VXSimVersion vxSimParseVersion(const std::string& text) {
 
 const char* const kVXSimUsage =
     "usage: vxsim [--port N] [--host ADDRESS] [--password P] [--version V]\n"
-    "             [--control-port N] [--fault SPEC]...\n"
+    "             [--control-port N] [--fault ORDER]...\n"
     "  --port N          port to listen on (default 6260; 0 picks a free one)\n"
     "  --host ADDRESS    IPv4 address to listen on (default 127.0.0.1)\n"
     "  --password P      ask clients to log in with this password\n"
     "  --version V       version to report: 2295.7, 2295beta3, '2295.7 debug' or\n"
     "                    the raw words WORD1,WORD2,MAJOR,MINOR (default 2295.7)\n"
     "  --control-port N  take console commands on 127.0.0.1:N too (0 picks a free one)\n"
-    "  --fault SPEC      inject a fault from the start: close N | magic | length |\n"
+    "  --fault ORDER     inject a fault from the start: close N | magic | length |\n"
     "                    delay MS\n"
-    "console: tree [--json] | zone NAME on|off | message TEXT | pick XML |\n"
-    "         errlog LEVEL TEXT | fault [close N|magic|length|delay MS|off] | drop | quit\n";
+    "console: tree [--json] | zone NAME on|off | message TEXT | message-burst COUNT PREFIX |\n"
+    "         pick XML | errlog LEVEL TEXT | fault [close N|magic|length|delay MS|off] |\n"
+    "         drop | quit\n";
 
 VXSimOptions vxSimParseArguments(const std::vector<std::string>& arguments) {
   VXSimOptions options;

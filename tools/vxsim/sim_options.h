@@ -33,11 +33,11 @@ struct VXSimOptions {
   std::string password;  // empty: no login
   VXSimVersion version;
   int controlPort = -1;             // -1: no control port; 0 picks a free port
-  std::vector<std::string> faults;  // fault specs to inject at start (see sim_faults.h)
+  std::vector<std::string> faults;  // fault orders to inject at start (see sim_faults.h)
   bool help = false;
 };
 
-// --port N, --host H, --password P, --version V, --control-port N, --fault SPEC (repeatable),
+// --port N, --host H, --password P, --version V, --control-port N, --fault ORDER (repeatable),
 // --help; "--name=value" works as well.
 VXSimOptions vxSimParseArguments(const std::vector<std::string>& arguments);
 extern const char* const kVXSimUsage;
