@@ -6,10 +6,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <chrono>
 
 #include "foundation/errlog.h"
 #include "foundation/fd_handler.h"
+#include "foundation/fd_wait_deadline.h"
 #include "foundation/unique_handle.h"
 
 namespace {
@@ -117,19 +117,10 @@ bool AFCFDHandlerEvent::pass(int waitMs, bool& handled) {
 }
 
 void AFCFDHandlerEvent::mainLoop(int timeoutMs) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+  const AFCFDWaitDeadline deadline(timeoutMs);
   for (;;) {
-    int waitMs = -1;
-    if (timeoutMs == 0) {
-      waitMs = 0;
-    } else if (timeoutMs > 0) {
-      const auto left =
-          std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-      waitMs = static_cast<int>(std::max<int64_t>(left, 0));
-    }
     bool handled = false;
-    if (!pass(waitMs, handled)) return;
+    if (!pass(deadline.waitMs(), handled)) return;
     if (timeoutMs == 0 || (timeoutMs == -2 && handled)) return;
   }
 }

@@ -6,10 +6,9 @@
 // WinSock's headers come before the rest of Windows'.
 #include <windows.h>
 
-#include <chrono>
-
 #include "foundation/errlog.h"
 #include "foundation/fd_handler.h"
+#include "foundation/fd_wait_deadline.h"
 #include "foundation/socket.h"
 #include "foundation/unique_handle.h"
 
@@ -139,19 +138,10 @@ bool AFCFDHandlerEvent::pass(int waitMs, bool& handled) {
 }
 
 void AFCFDHandlerEvent::mainLoop(int timeoutMs) {
-  using Clock = std::chrono::steady_clock;
-  const Clock::time_point deadline = Clock::now() + std::chrono::milliseconds(timeoutMs);
+  const AFCFDWaitDeadline deadline(timeoutMs);
   for (;;) {
-    int waitMs = -1;
-    if (timeoutMs == 0) {
-      waitMs = 0;
-    } else if (timeoutMs > 0) {
-      const auto left =
-          std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-      waitMs = static_cast<int>(std::max<int64_t>(left, 0));
-    }
     bool handled = false;
-    if (!pass(waitMs, handled)) return;
+    if (!pass(deadline.waitMs(), handled)) return;
     // A refresh alone is not a pass: it only made the wait see the changed registrations.
     if ((timeoutMs == 0 || timeoutMs == -2) && handled) return;
   }
