@@ -87,6 +87,7 @@ void VXSimHub::notifyZoneChanges() {
 }
 
 void VXSimHub::notifyWatchers() {
+  if (watches_.size() == 0) return;  // after every action: nothing to look up without watches
   const auto changes =
       watches_.takeChanges([this](const std::string& target) { return watchedValue(target); });
   for (const auto& [connection, text] : changes) {
