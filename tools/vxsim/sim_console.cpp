@@ -3,10 +3,10 @@
 #include <algorithm>
 #include <cctype>
 #include <charconv>
+#include <nlohmann/json.hpp>
 
 #include "foundation/errlog.h"
 #include "tools/vxsim/sim_connection.h"
-#include "tools/vxsim/sim_json.h"
 #include "tools/vxsim/sim_options.h"
 
 namespace {
@@ -69,16 +69,19 @@ void burstMessages(VXSimHub& hub, const std::string& arguments, std::ostream& ou
   for (std::size_t i = 0; i < count; ++i) hub.broadcastMessage(prefix + std::to_string(i));
 }
 
-void writeNode(VXSimJsonWriter& json, const VXSimNode& node) {
-  json.beginObject().key("name").string(node.name).key("type").string(node.type);
-  json.key("kind").string(node.kind == VXSimNode::Kind::Effect ? "effect" : "node");
-  if (node.kind == VXSimNode::Kind::Effect) json.key("active").boolean(node.active);
-  json.key("scene").string(node.sceneName);
-  json.key("attributes").beginObject();
-  for (const auto& [name, value] : node.attributes) json.key(name).string(value->toString());
-  json.endObject().key("children").beginArray();
-  for (const auto& child : node.children) writeNode(json, *child);
-  json.endArray().endObject();
+using Json = nlohmann::ordered_json;
+
+Json nodeJson(const VXSimNode& node) {
+  Json json = {{"name", node.name},
+               {"type", node.type},
+               {"kind", node.kind == VXSimNode::Kind::Effect ? "effect" : "node"}};
+  if (node.kind == VXSimNode::Kind::Effect) json["active"] = node.active;
+  json["scene"] = node.sceneName;
+  json["attributes"] = Json::object();
+  for (const auto& [name, value] : node.attributes) json["attributes"][name] = value->toString();
+  json["children"] = Json::array();
+  for (const auto& child : node.children) json["children"].push_back(nodeJson(*child));
+  return json;
 }
 
 void printTree(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
@@ -86,9 +89,9 @@ void printTree(VXSimHub& hub, const std::string& arguments, std::ostream& out) {
   if (option.empty()) {
     out << hub.getScene().dumpTree();
   } else if (option == "--json" && splitWord(arguments).second.empty()) {
-    VXSimJsonWriter json;
-    writeNode(json, hub.getScene().getRoot());
-    out << json.text() << '\n';
+    // A byte that is not UTF-8 becomes U+FFFD rather than failing the whole tree.
+    out << nodeJson(hub.getScene().getRoot()).dump(-1, ' ', false, Json::error_handler_t::replace)
+        << '\n';
   } else {
     out << "usage: tree [--json]\n";
   }
