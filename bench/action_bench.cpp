@@ -11,6 +11,7 @@
 #include <string>
 #include <vector>
 
+#include "bench/plain_reader.h"
 #include "bench/plain_writer.h"
 #include "commands/action.h"
 #include "commands/begin_end_builder.h"
@@ -128,6 +129,47 @@ void BM_decode_action(benchmark::State& state) {
   state.counters["figure_decode_per_command_ns"] = perCommandNs(state);
 }
 
+// The least a reader that hands out the action as objects can do (see plain_reader.h): per
+// command, an object with its target and attribute name and one value object; returns where it
+// stopped.
+struct FloorCommand {
+  std::string target;
+  std::string attribute;
+  std::unique_ptr<FloorValue> value;
+};
+
+const uint8_t* plainRead(const uint8_t* in) {
+  PlainReader r{in};
+  r.object();
+  r.p += 2;  // the count's header
+  std::vector<std::unique_ptr<FloorCommand>> commands(r.be32());
+  for (int i = 0; i < kCommands; ++i) {
+    r.object();
+    auto command = std::make_unique<FloorCommand>();
+    command->target = r.ascii();
+    command->attribute = r.ascii();
+    r.object();
+    if (i % 2 == 0) {
+      r.p += 6;  // defined channels
+      command->value = std::make_unique<FloorValueOf<FloorVec3>>(r.vec3());
+    } else {
+      r.p += 3;  // defined
+      command->value = std::make_unique<FloorValueOf<std::u16string>>(r.wide());
+    }
+    commands[i] = std::move(command);
+  }
+  benchmark::DoNotOptimize(commands.data());
+  return r.p;
+}
+
+void BM_decode_floor(benchmark::State& state) {
+  Fixture& f = fixture();
+  for (auto _ : state) plainRead(f.encoded->data());
+  if (plainRead(f.encoded->data()) != f.encoded->data() + f.encoded->size()) {
+    state.SkipWithError("the floor reader does not read the encoder's bytes");
+  }
+}
+
 // What a script pays: the records made through a builder's bracket, then encoded.
 class EncodingBuilder : public VXCommandListBeginEndBuilder {
  public:
@@ -164,4 +206,6 @@ BENCHMARK(BM_encode_action);
 BENCHMARK(plainLoop)->Name("BM_encode_action_baseline");
 BENCHMARK(BM_decode_action);
 BENCHMARK(plainLoop)->Name("BM_decode_action_baseline");
+BENCHMARK(BM_decode_floor);
+BENCHMARK(plainLoop)->Name("BM_decode_floor_baseline");
 BENCHMARK(BM_build_and_encode_action);

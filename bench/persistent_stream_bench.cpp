@@ -8,11 +8,13 @@
 #include <string>
 #include <vector>
 
+#include "bench/plain_reader.h"
 #include "bench/plain_writer.h"
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "foundation/attribute_vector.h"
 #include "foundation/persistent_stream.h"
+#include "foundation/pointer_map.h"
 
 namespace {
 
@@ -82,6 +84,57 @@ std::size_t plainWrite(uint8_t* out, const std::vector<std::string>& texts) {
   return static_cast<std::size_t>(w.p - out);
 }
 
+template <class T>
+void keep(T value) {
+  std::unique_ptr<FloorValue> object(new FloorValueOf<T>(std::move(value)));
+  benchmark::DoNotOptimize(object.get());
+}
+
+// The least a reader that hands out one object per value can do (see plain_reader.h); returns
+// where it stopped.
+const uint8_t* plainRead(const uint8_t* in) {
+  PlainReader r{in};
+  for (int i = 0; i < kCount; ++i) {
+    r.object();
+    switch (i % 4) {
+      case 0:
+        r.p += 3;  // defined
+        keep(r.f32());
+        break;
+      case 1:
+        r.p += 6;  // defined channels
+        keep(r.vec3());
+        break;
+      case 2:
+        r.p += 3 + 2;  // defined, the number's header
+        keep(static_cast<int32_t>(r.be32()));
+        break;
+      default:
+        r.p += 3;  // defined
+        keep(r.ascii());
+    }
+  }
+  return r.p;
+}
+
+// The least a writer of this format does per object beyond the plain loop: ask the value for
+// its class (one virtual call) and look the object up in the back-reference numbers, then
+// number it.
+std::size_t floorWrite(uint8_t* out, const std::vector<std::unique_ptr<AFCAttribute>>& values,
+                       const std::vector<std::string>& texts) {
+  AFCPointerNumberMap numbers;
+  uint32_t next = 1;
+  std::size_t checksum = 0;
+  for (const auto& value : values) {
+    checksum += value->getClass()->getName().size();
+    const AFCPointerNumberMap::Lookup known = numbers.find(value.get());
+    checksum += known.number;
+    numbers.insert(value.get(), next++, known);
+  }
+  benchmark::DoNotOptimize(checksum);
+  return plainWrite(out, texts);
+}
+
 struct Fixture {
   Fixture() {
     registerFoundationClasses();
@@ -127,10 +180,28 @@ void BM_decode_attributes(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kCount);
 }
 
+void BM_encode_floor(benchmark::State& state) {
+  Fixture& f = fixture();
+  runPlainLoop(state, *f.encoded, [&](uint8_t* out) { return floorWrite(out, f.values, f.texts); });
+}
+
+void BM_decode_floor(benchmark::State& state) {
+  Fixture& f = fixture();
+  for (auto _ : state) plainRead(f.encoded->data());
+  if (plainRead(f.encoded->data()) != f.encoded->data() + f.encoded->size()) {
+    state.SkipWithError("the floor reader does not read the encoder's bytes");
+  }
+  state.SetItemsProcessed(state.iterations() * kCount);
+}
+
 }  // namespace
 
 BENCHMARK(BM_encode_attributes);
 BENCHMARK(plainLoop)->Name("BM_encode_attributes_baseline");
 BENCHMARK(BM_decode_attributes);
 BENCHMARK(plainLoop)->Name("BM_decode_attributes_baseline");
+BENCHMARK(BM_encode_floor);
+BENCHMARK(plainLoop)->Name("BM_encode_floor_baseline");
+BENCHMARK(BM_decode_floor);
+BENCHMARK(plainLoop)->Name("BM_decode_floor_baseline");
 BENCHMARK_MAIN();
