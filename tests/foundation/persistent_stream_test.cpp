@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <string>
 #include <vector>
 
 #include "foundation/charset.h"
@@ -250,6 +251,18 @@ TEST_F(PersistentStream, RejectsBadInputWithItsText) {
       {{0xDA, 0x0C, 0, 0, 0, 1}, readObject, "Bad object index"},
   };
   for (const auto& c : cases) EXPECT_EQ(readError(c.bytes, c.read), c.text) << c.text;
+}
+
+// The reader remembers the classes it met; a name of the same length and ending must still be
+// told apart by every byte.
+TEST_F(PersistentStream, TellsApartClassNamesOfOneLengthAndEnding) {
+  const Bytes known = newObjectHeader("AFCAttributeInt32") + kBasePart + boolBytes(true) +
+                      uint32Bytes(0x05, 7);
+  for (std::string name : {"XFCAttributeInt32", "AFCAttrXbuteInt32", "AFCAttributXInt32"}) {
+    auto in = reader(known + newObjectHeader(name) + kBasePart);
+    delete in.readObject();
+    EXPECT_EQ(failureOf([&] { delete in.readObject(); }), "Can't find class " + name);
+  }
 }
 
 TEST_F(PersistentStream, ShortReadKeepsThePosition) {
