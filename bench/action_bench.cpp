@@ -162,7 +162,7 @@ const uint8_t* plainRead(const uint8_t* in) {
   return r.p;
 }
 
-void BM_decode_floor(benchmark::State& state) {
+void BM_decode_action_floor(benchmark::State& state) {
   Fixture& f = fixture();
   for (auto _ : state) plainRead(f.encoded->data());
   if (plainRead(f.encoded->data()) != f.encoded->data() + f.encoded->size()) {
@@ -206,6 +206,6 @@ BENCHMARK(BM_encode_action);
 BENCHMARK(plainLoop)->Name("BM_encode_action_baseline");
 BENCHMARK(BM_decode_action);
 BENCHMARK(plainLoop)->Name("BM_decode_action_baseline");
-BENCHMARK(BM_decode_floor);
-BENCHMARK(plainLoop)->Name("BM_decode_floor_baseline");
+BENCHMARK(BM_decode_action_floor);
+BENCHMARK(plainLoop)->Name("BM_decode_action_floor_baseline");
 BENCHMARK(BM_build_and_encode_action);

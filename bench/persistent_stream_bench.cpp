@@ -180,12 +180,12 @@ void BM_decode_attributes(benchmark::State& state) {
   state.SetItemsProcessed(state.iterations() * kCount);
 }
 
-void BM_encode_floor(benchmark::State& state) {
+void BM_encode_attributes_floor(benchmark::State& state) {
   Fixture& f = fixture();
   runPlainLoop(state, *f.encoded, [&](uint8_t* out) { return floorWrite(out, f.values, f.texts); });
 }
 
-void BM_decode_floor(benchmark::State& state) {
+void BM_decode_attributes_floor(benchmark::State& state) {
   Fixture& f = fixture();
   for (auto _ : state) plainRead(f.encoded->data());
   if (plainRead(f.encoded->data()) != f.encoded->data() + f.encoded->size()) {
@@ -200,8 +200,8 @@ BENCHMARK(BM_encode_attributes);
 BENCHMARK(plainLoop)->Name("BM_encode_attributes_baseline");
 BENCHMARK(BM_decode_attributes);
 BENCHMARK(plainLoop)->Name("BM_decode_attributes_baseline");
-BENCHMARK(BM_encode_floor);
-BENCHMARK(plainLoop)->Name("BM_encode_floor_baseline");
-BENCHMARK(BM_decode_floor);
-BENCHMARK(plainLoop)->Name("BM_decode_floor_baseline");
+BENCHMARK(BM_encode_attributes_floor);
+BENCHMARK(plainLoop)->Name("BM_encode_attributes_floor_baseline");
+BENCHMARK(BM_decode_attributes_floor);
+BENCHMARK(plainLoop)->Name("BM_decode_attributes_floor_baseline");
 BENCHMARK_MAIN();
