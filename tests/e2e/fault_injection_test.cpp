@@ -3,13 +3,12 @@
 #include <gtest/gtest.h>
 
 #include <chrono>
-#include <functional>
 
 #include "client/client_exceptions.h"
-#include "client/client_tcp.h"
 #include "foundation/attribute_string.h"
-#include "tests/client/scripted_session.h"
+#include "tests/e2e/pumped_session.h"
 #include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
 #include "tests/vxsim/running_server.h"
 
 namespace {
@@ -19,41 +18,23 @@ using Clock = std::chrono::steady_clock;
 class FaultInjection : public ::testing::Test {
  protected:
   void SetUp() override {
-    session_.setServerAddress(server_.address());
-    session_.setAsyncRegistry(&handler_);
-    session_.addDisconnectListener(&listener_);
-    session_.addServerMessageListener(&listener_);
+    session_.addDisconnectListener(&client_.recorder);
+    session_.addServerMessageListener(&client_.recorder);
     ASSERT_TRUE(session_.connect());
   }
-  void TearDown() override { session_.close(); }
-  bool pumpUntil(const std::function<bool()>& done) {
-    const auto deadline = Clock::now() + std::chrono::seconds(3);
-    while (!done() && Clock::now() < deadline) handler_.mainLoop(10);
-    return done();
-  }
   bool pumpUntilDisconnected() {
-    return pumpUntil([&] { return !seen_.empty() && seen_.back() == "l: disconnect 0"; });
+    return client_.pumpUntil([&] { return !seen_.empty() && seen_.back() == "l: disconnect 0"; });
   }
   bool logged(const std::string& message) const {
     const auto messages = log_.messages();
     return std::find(messages.begin(), messages.end(), message) != messages.end();
   }
-  // The text of the VXCommunicationErrorException that the call throws; empty when none.
-  static std::string communicationError(const std::function<void()>& call) {
-    try {
-      call();
-    } catch (const VXCommunicationErrorException& e) {
-      return e.what();
-    }
-    return {};
-  }
 
   CapturedErrLog log_;
   RunningServer server_;
-  AFCFDHandlerEvent handler_;
-  VXClientTcp session_;
-  std::vector<std::string> seen_;
-  RecordingListener listener_{&seen_};
+  PumpedSession client_{server_.address()};
+  LoopbackSession& session_ = client_.session;
+  const std::vector<std::string>& seen_ = client_.seen;
 };
 
 }  // namespace
@@ -71,7 +52,7 @@ TEST_F(FaultInjection, ABadMagicOnAReplyFailsTheRequestWithTheReadersText) {
   server_.command("fault magic");
   VXZonesState zones;
   zones.set("L3", true);
-  EXPECT_EQ(communicationError([&] { session_.getZoneState1(zones); }),
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>([&] { session_.getZoneState1(zones); }),
             "Communication error, Bad magic in packet header");
 }
 
@@ -86,8 +67,9 @@ TEST_F(FaultInjection, AnOverLongLengthIsRefusedBeforeItsPayloadIsRead) {
 
 TEST_F(FaultInjection, AnOverLongLengthOnAReplyFailsTheRequest) {
   server_.command("fault length");
-  EXPECT_EQ(communicationError([&] { (void)session_.remoteGetAttr("Root.Text"); }),
-            "Communication error, Wrong packet length");
+  EXPECT_EQ(
+      failureOf<VXCommunicationErrorException>([&] { (void)session_.remoteGetAttr("Root.Text"); }),
+      "Communication error, Wrong packet length");
 }
 
 TEST_F(FaultInjection, AServerClosingAfterNPacketsIsADisconnectAndLaterRequestsFail) {
@@ -96,7 +78,8 @@ TEST_F(FaultInjection, AServerClosingAfterNPacketsIsADisconnectAndLaterRequestsF
   session_.createNode("Group", "second", "Root");
   ASSERT_TRUE(pumpUntilDisconnected());
   EXPECT_FALSE(session_.isOpen());
-  EXPECT_EQ(communicationError([&] { (void)session_.remoteGetAttr("Root/first.Text"); }),
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>(
+                [&] { (void)session_.remoteGetAttr("Root/first.Text"); }),
             "Communication error, Not connected");
 
   // Once the fault is off the session connects again.

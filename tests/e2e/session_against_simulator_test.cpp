@@ -4,14 +4,12 @@
 // messages, pick results) reach the session's listeners.
 #include <gtest/gtest.h>
 
-#include <chrono>
-#include <functional>
-
 #include "client/client_tcp.h"
 #include "client/listeners.h"
 #include "foundation/attribute_string.h"
 #include "foundation/attribute_vector.h"
 #include "foundation/errlog_event.h"
+#include "tests/e2e/pumped_session.h"
 #include "tests/vxsim/running_server.h"
 
 namespace {
@@ -40,8 +38,6 @@ struct Events : VXErrLogListener,
 class SessionAgainstSimulator : public ::testing::Test {
  protected:
   void SetUp() override {
-    session_.setServerAddress(server_.address());
-    session_.setAsyncRegistry(&handler_);
     session_.addErrLogListener(&events_);
     session_.addZoneNotifyListener("L3", &events_);
     session_.addCommandCallbackListener(&events_);
@@ -49,21 +45,10 @@ class SessionAgainstSimulator : public ::testing::Test {
     session_.addPickResultListener(&events_);
     ASSERT_TRUE(session_.connect());
   }
-  void TearDown() override { session_.close(); }
-  bool pumpUntil(const std::function<bool()>& done) {
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(3);
-    while (!done() && std::chrono::steady_clock::now() < deadline) handler_.mainLoop(10);
-    return done();
-  }
-  // Sends a callback behind everything sent so far and waits for it: the server has applied it.
-  void sync() {
-    const int32_t id = session_.commandCallback();
-    ASSERT_TRUE(pumpUntil([&] { return events_.has("callback " + std::to_string(id)); }));
-  }
 
   RunningServer server_;
-  AFCFDHandlerEvent handler_;
-  VXClientTcp session_;
+  PumpedSession client_{server_.address()};
+  LoopbackSession& session_ = client_.session;
   Events events_;
 };
 
@@ -99,7 +84,7 @@ TEST_F(SessionAgainstSimulator, EveryCommandRecordIsAppliedToTheScene) {
   session_.wait(40);
   session_.deleteEffect("Root/t/fx");
   session_.end();
-  sync();
+  ASSERT_TRUE(client_.sync());
   server_.stop();
 
   const VXSimScene& scene = server_.hub().getScene();
@@ -130,8 +115,8 @@ TEST_F(SessionAgainstSimulator, DeleteNodeAndZoneStateChangeTheScene) {
   VXZonesState zones;
   zones.set("L3", true);
   session_.setZoneState(zones);
-  ASSERT_TRUE(pumpUntil([&] { return events_.has("zone on"); }));
-  sync();
+  ASSERT_TRUE(client_.pumpUntil([&] { return events_.has("zone on"); }));
+  ASSERT_TRUE(client_.sync());
   server_.stop();
   EXPECT_EQ(server_.hub().getScene().find("Root/gone"), nullptr);
   EXPECT_TRUE(server_.hub().getScene().getZones().get("L3"));
@@ -139,12 +124,12 @@ TEST_F(SessionAgainstSimulator, DeleteNodeAndZoneStateChangeTheScene) {
 
 TEST_F(SessionAgainstSimulator, ServerPacketsReachTheListeners) {
   session_.deleteNode("Root/missing");  // cannot be applied: an error-log entry comes back
-  ASSERT_TRUE(pumpUntil([&] { return events_.has("errlog"); }));
+  ASSERT_TRUE(client_.pumpUntil([&] { return events_.has("errlog"); }));
   server_.console("message from the operator");
-  ASSERT_TRUE(pumpUntil([&] { return events_.has("message from the operator"); }));
+  ASSERT_TRUE(client_.pumpUntil([&] { return events_.has("message from the operator"); }));
   session_.createNode("Group", "p", "Root");
   session_.remoteInvoke("::Pick.sendRequest", {});
-  ASSERT_TRUE(pumpUntil([&] { return events_.has("pick"); }));
+  ASSERT_TRUE(client_.pumpUntil([&] { return events_.has("pick"); }));
   VXZonesState asked;
   asked.set("L3", true);
   session_.getZoneState1(asked);
