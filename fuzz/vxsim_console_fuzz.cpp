@@ -11,8 +11,6 @@
 #include <string>
 #include <string_view>
 
-#include "client/register.h"
-#include "foundation/errlog.h"
 #include "fuzz/sim_listener_setup.h"
 #include "tools/vxsim/sim_connection.h"
 #include "tools/vxsim/sim_console.h"
@@ -25,12 +23,7 @@ constexpr int kMaxLines = 16;
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  static const bool prepared = [] {
-    registerClientClasses();
-    AFCErrLog::instance().removeAllBackends();
-    return true;
-  }();
-  (void)prepared;
+  prepareSimHarness();
   VXSimHub hub;
   VXSimConnection client(hub, 1);
   client.feed(kSimListenerSetup, sizeof kSimListenerSetup);

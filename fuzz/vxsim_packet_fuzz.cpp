@@ -9,19 +9,12 @@
 #include <cstdint>
 #include <string>
 
-#include "client/register.h"
-#include "foundation/errlog.h"
 #include "fuzz/sim_listener_setup.h"
 #include "tools/vxsim/sim_connection.h"
 #include "tools/vxsim/sim_hub.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
-  static const bool prepared = [] {
-    registerClientClasses();
-    AFCErrLog::instance().removeAllBackends();
-    return true;
-  }();
-  (void)prepared;
+  prepareSimHarness();
   if (size == 0) return 0;
   VXSimOptions options;
   if ((data[0] & 1) != 0) options.password = "pw";
