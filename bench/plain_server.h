@@ -1,7 +1,7 @@
 #pragma once
 // The far side of the transport benchmarks when no real server is wanted: a plain reader on a
-// loopback socket and its own thread, with the packet header written and read by hand. It is
-// the raw baseline that the session's figures are compared with.
+// loopback socket and its own thread, reading and writing the frame directly. It is the raw
+// baseline that the session's figures are compared with.
 #include <algorithm>
 #include <atomic>
 #include <chrono>
@@ -10,25 +10,16 @@
 #include <thread>
 #include <vector>
 
+#include "client/packet_frame.h"
 #include "commands/zone_state.h"
 #include "foundation/persistent_stream.h"
 #include "foundation/socket.h"
 
-inline constexpr uint32_t kMagic = 0x56585001;
-
-inline void putWord(uint8_t* p, uint32_t v) {
-  p[0] = static_cast<uint8_t>(v >> 24), p[1] = static_cast<uint8_t>(v >> 16);
-  p[2] = static_cast<uint8_t>(v >> 8), p[3] = static_cast<uint8_t>(v);
-}
-inline uint32_t getWord(const uint8_t* p) {
-  return uint32_t{p[0]} << 24 | uint32_t{p[1]} << 16 | uint32_t{p[2]} << 8 | p[3];
-}
 inline std::vector<uint8_t> packet(uint32_t type, const uint8_t* payload, std::size_t size) {
-  std::vector<uint8_t> bytes(12 + size);
-  putWord(bytes.data(), kMagic);
-  putWord(bytes.data() + 4, type);
-  putWord(bytes.data() + 8, static_cast<uint32_t>(size));
-  if (size > 0) std::memcpy(bytes.data() + 12, payload, size);
+  std::vector<uint8_t> bytes(VXPacketFrame::kHeaderSize + size);
+  VXPacketFrame::encodeHeader(bytes.data(),
+                              {VXPacketFrame::kMagic, type, static_cast<uint32_t>(size)});
+  if (size > 0) std::memcpy(bytes.data() + VXPacketFrame::kHeaderSize, payload, size);
   return bytes;
 }
 
@@ -56,10 +47,10 @@ class PlainServer {
       for (;;) {
         have += peer.readAvailable(in.data() + have, in.size() - have);
         std::size_t at = 0;
-        while (have - at >= 12 && have - at >= 12 + getWord(in.data() + at + 8)) {
-          answer(peer, getWord(in.data() + at + 4), in.data() + at + 12,
-                 getWord(in.data() + at + 8));
-          at += 12 + getWord(in.data() + at + 8);
+        while (have - at >= 12 && have - at >= 12 + VXPacketFrame::getWord(in.data() + at + 8)) {
+          answer(peer, VXPacketFrame::getWord(in.data() + at + 4), in.data() + at + 12,
+                 VXPacketFrame::getWord(in.data() + at + 8));
+          at += 12 + VXPacketFrame::getWord(in.data() + at + 8);
         }
         std::memmove(in.data(), in.data() + at, have - at);
         have -= at;
@@ -72,8 +63,8 @@ class PlainServer {
     packets_.fetch_add(1, std::memory_order_release);
     if (type == 5) {
       uint8_t version[20] = {};
-      putWord(version + 12, 2295);
-      putWord(version + 16, 106);
+      VXPacketFrame::putWord(version + 12, 2295);
+      VXPacketFrame::putWord(version + 16, 106);
       const auto reply = packet(6, version, sizeof version);
       peer.writeAll(reply.data(), reply.size());
     } else if (type == 3) {

@@ -15,8 +15,7 @@ constexpr uint32_t kDebugBuildBit = 0x40000000u;
 constexpr std::size_t kVersionReplySize = 20;
 
 uint32_t wordAt(const AFCBuffer& buffer, std::size_t offset) {
-  const uint8_t* p = buffer.data() + offset;
-  return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | uint32_t{p[3]};
+  return VXPacketFrame::getWord(buffer.data() + offset);
 }
 
 }  // namespace
@@ -97,7 +96,7 @@ std::string VXClientPacket::getServerVersion() const {
 void VXClientPacket::onConnected() {
   connected_ = true;
   queryServerVersion();
-  if (getCombinedVersion() >= kLoginVersion) logIn();
+  if (getCombinedVersion() >= VXPacketFrame::kLoginVersion) logIn();
   debugLine("server version ", getServerVersion());
   resendProject();
   reapplyErrLogListeners();
@@ -108,7 +107,7 @@ void VXClientPacket::onConnected() {
 void VXClientPacket::queryServerVersion() {
   try {
     AFCBuffer reply;
-    request(kVersionRequest, AFCBuffer(), kVersionReply, reply);
+    request(VXPacketFrame::kVersionRequest, AFCBuffer(), VXPacketFrame::kVersionReply, reply);
     if (reply.size() < kVersionReplySize) {
       throw VXCommunicationErrorException("Incorrect data length");
     }
@@ -124,12 +123,14 @@ void VXClientPacket::queryServerVersion() {
 void VXClientPacket::logIn() {
   try {
     AFCBuffer reply;
-    request(kLoginChallengeRequest, AFCBuffer(), kLoginChallenge, reply);
+    request(VXPacketFrame::kLoginChallengeRequest, AFCBuffer(), VXPacketFrame::kLoginChallenge,
+            reply);
     if (reply.empty()) return;
     const std::vector<uint8_t> challenge(reply.data(), reply.data() + reply.size());
     const std::vector<uint8_t> response = vxLoginResponse(password_, challenge);
     AFCBuffer answer;
-    request(kLoginResponse, AFCBuffer(response.data(), response.size()), kLoginAnswer, answer);
+    request(VXPacketFrame::kLoginResponse, AFCBuffer(response.data(), response.size()),
+            VXPacketFrame::kLoginAnswer, answer);
     if (answer.empty() || answer.data()[0] == 0) throw VXClientException("Incorrect password.");
   } catch (const AFCException& e) {
     connectFailure_ = std::string("Can't authenticate, ") + e.what();
@@ -147,7 +148,7 @@ void VXClientPacket::sendAction(const VXAction& action) {
   debugLine("sendAction, channel ", action.getChannel());
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   out.writeObject(&action);
-  sendPacket(kAction, out.getBuffer());
+  sendPacket(VXPacketFrame::kAction, out.getBuffer());
 }
 
 void VXClientPacket::setProject(const std::string& projectName) {
@@ -192,7 +193,7 @@ void VXClientPacket::setZoneState1(const VXZonesState& zones) {
   }
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   zones.write(out);
-  sendPacket(kSetZoneState, out.getBuffer());
+  sendPacket(VXPacketFrame::kSetZoneState, out.getBuffer());
 }
 
 void VXClientPacket::getZoneState1(VXZonesState& zones) {
@@ -203,7 +204,7 @@ void VXClientPacket::getZoneState1(VXZonesState& zones) {
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   zones.write(out);
   AFCRef<AFCBuffer> reply(new AFCBuffer());
-  request(kGetZoneState, out.getBuffer(), kZoneState, *reply);
+  request(VXPacketFrame::kGetZoneState, out.getBuffer(), VXPacketFrame::kZoneState, *reply);
   AFCPersistentInputStreamBuffer in(reply, getCombinedVersion());
   zones.read(in);
 }

@@ -6,6 +6,8 @@
 // packets to the listeners.
 //
 // Framing and the exchange (sendPacket, request) and the transport belong to the layers below.
+// The public surface is the script-facing session; the transport, handshake and dispatch steps
+// are protected, and tests reach them through VXSessionTestAccess (tests/support).
 // Threads: sending is serialised by the layer below; listener lists, the project table and the
 // debug stream have locks of their own, and every listener is called without any lock held, on
 // the thread that read the packet. Listener failures never leave a dispatch: each becomes one
@@ -23,36 +25,12 @@
 #include "client/client.h"
 #include "client/comm_protocol.h"
 #include "client/object_attribute.h"
+#include "client/packet_frame.h"
 #include "client/roa_manager.h"
 #include "foundation/buffer.h"
 
 class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManager {
  public:
-  enum PacketType : uint32_t {
-    kAction = 0,
-    kSetZoneState = 2,
-    kGetZoneState = 3,
-    kZoneState = 4,
-    kVersionRequest = 5,
-    kVersionReply = 6,
-    kZoneRegister = 7,
-    kZoneUnregister = 8,
-    kROARequest = 9,
-    kROAReply = 10,
-    kErrLogSubscribe = 11,
-    kErrLogUnsubscribe = 12,
-    kErrLogEntry = 13,
-    kCommandCallback = 14,
-    kPickResult = 15,
-    kServerMessage = 16,
-    kLoginChallengeRequest = 17,
-    kLoginChallenge = 18,
-    kLoginResponse = 19,
-    kLoginAnswer = 20,
-  };
-  // Servers from this combined version ask for a login.
-  static constexpr uint32_t kLoginVersion = 2295007;
-
   explicit VXClientPacket(int32_t clientIndex = 0);
   ~VXClientPacket() override;
 
@@ -112,6 +90,9 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
   // payload streams are made for.
   uint32_t getCombinedVersion() const;
 
+ protected:
+  friend class VXSessionTestAccess;
+
   // Opens and closes the connection.
   virtual void openTransport() = 0;
   virtual void closeTransport() = 0;
@@ -122,16 +103,17 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
   // Decodes an asynchronous packet and hands it to its listeners; an unknown type is logged.
   virtual void handleAsyncPacket(uint32_t type, const AFCBuffer& payload);
 
- protected:
   // W1: the action as one new object, packet type 0.
   void sendAction(const VXAction& action) override;
   // Builder traces and remote-object traces both go to the debug stream.
   bool traceEnabled() const override { return debug_; }
   std::ostream& traceStream() override;
   // Remote-object requests: packet 9, and for the synchronous kinds the reply packet 10.
-  void roaSend(const AFCBuffer& requestPayload) override { sendPacket(kROARequest, requestPayload); }
+  void roaSend(const AFCBuffer& requestPayload) override {
+    sendPacket(VXPacketFrame::kROARequest, requestPayload);
+  }
   void roaRequest(const AFCBuffer& requestPayload, AFCBuffer& replyPayload) override {
-    request(kROARequest, requestPayload, kROAReply, replyPayload);
+    request(VXPacketFrame::kROARequest, requestPayload, VXPacketFrame::kROAReply, replyPayload);
   }
 
   // One newline-terminated, flushed line on the debug stream when debug output is on.

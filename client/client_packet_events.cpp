@@ -53,7 +53,7 @@ void VXClientPacket::addZoneNotifyListener(const std::string& zone, VXZoneStateL
     first = !zoneListeners_.contains(zone);
     zoneListeners_.emplace(zone, listener);
   }
-  if (first && isOpen()) sendZoneName(kZoneRegister, zone);
+  if (first && isOpen()) sendZoneName(VXPacketFrame::kZoneRegister, zone);
 }
 
 void VXClientPacket::removeZoneNotifyListener(const std::string& zone,
@@ -71,14 +71,14 @@ void VXClientPacket::removeZoneNotifyListener(const std::string& zone,
       }
     }
   }
-  if (emptied && isOpen()) sendZoneName(kZoneUnregister, zone);
+  if (emptied && isOpen()) sendZoneName(VXPacketFrame::kZoneUnregister, zone);
 }
 
 void VXClientPacket::addErrLogListener(VXErrLogListener* listener) {
   if (!addTo(errLogListeners_, checked(listener)) || !isOpen()) return;
   if (getServerVersionMajor() >= kErrLogMajor) {
     debugLine("addErrLogListener");
-    sendPacket(kErrLogSubscribe, AFCBuffer());
+    sendPacket(VXPacketFrame::kErrLogSubscribe, AFCBuffer());
   } else {
     debugLine("ErrLogListeners not supported by server");
   }
@@ -87,7 +87,7 @@ void VXClientPacket::addErrLogListener(VXErrLogListener* listener) {
 void VXClientPacket::removeErrLogListener(VXErrLogListener* listener) {
   if (removeFrom(errLogListeners_, listener) && isOpen() &&
       getServerVersionMajor() >= kErrLogMajor) {
-    sendPacket(kErrLogUnsubscribe, AFCBuffer());
+    sendPacket(VXPacketFrame::kErrLogUnsubscribe, AFCBuffer());
   }
 }
 
@@ -146,7 +146,7 @@ void VXClientPacket::reapplyErrLogListeners() {
   debugLine("reapplyErrLogListeners");
   if (snapshot(errLogListeners_).empty()) return;
   if (getServerVersionMajor() >= kErrLogMajor) {
-    sendPacket(kErrLogSubscribe, AFCBuffer());
+    sendPacket(VXPacketFrame::kErrLogSubscribe, AFCBuffer());
   } else {
     debugLine("ErrLogListeners not supported by server");
   }
@@ -162,7 +162,7 @@ void VXClientPacket::reapplyZoneNotifyListeners() {
     }
   }
   debugLine("reapplyZoneNotifyListeners for ", zones.size());
-  for (const std::string& zone : zones) sendZoneName(kZoneRegister, zone);
+  for (const std::string& zone : zones) sendZoneName(VXPacketFrame::kZoneRegister, zone);
 }
 
 void VXClientPacket::callZoneNotifyListeners(const VXZonesState& zones) {
@@ -209,8 +209,8 @@ void VXClientPacket::callServerMessageListeners(const std::string& message) {
   AFCAttributeString argument(message);
   for (VXServerMessageListener* listener : snapshot(serverMessageListeners_)) {
     debugLine("onMessage: ", message);
-    guardedCall(*listener, "onMessage", argument, "VXClientPacket: Server Message Listener failed, ",
-                ForeignFailure::kUnknown);
+    guardedCall(*listener, "onMessage", argument,
+                "VXClientPacket: Server Message Listener failed, ", ForeignFailure::kUnknown);
   }
 }
 
@@ -240,24 +240,24 @@ void VXClientPacket::onDisconnected() {
 void VXClientPacket::handleAsyncPacket(uint32_t type, const AFCBuffer& payload) {
   AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), getCombinedVersion());
   switch (type) {
-    case kZoneState: {
+    case VXPacketFrame::kZoneState: {
       VXZonesState zones;
       zones.read(in);
       callZoneNotifyListeners(zones);
       break;
     }
-    case kErrLogEntry: {
+    case VXPacketFrame::kErrLogEntry: {
       const std::unique_ptr<AFCErrLogEvent> entry = in.readOwnedObject<AFCErrLogEvent>();
       if (entry) callErrLogListeners(*entry);
       break;
     }
-    case kCommandCallback:
+    case VXPacketFrame::kCommandCallback:
       callCommandCallbackListeners(in.readInt32());
       break;
-    case kPickResult:
+    case VXPacketFrame::kPickResult:
       callPickResultListeners(in.readString());
       break;
-    case kServerMessage:
+    case VXPacketFrame::kServerMessage:
       callServerMessageListeners(in.readString());
       break;
     default:

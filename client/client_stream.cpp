@@ -5,21 +5,6 @@
 #include "client/client_exceptions.h"
 #include "foundation/errlog.h"
 
-namespace {
-
-void putWord(uint8_t* p, uint32_t value) {
-  p[0] = static_cast<uint8_t>(value >> 24);
-  p[1] = static_cast<uint8_t>(value >> 16);
-  p[2] = static_cast<uint8_t>(value >> 8);
-  p[3] = static_cast<uint8_t>(value);
-}
-
-uint32_t getWord(const uint8_t* p) {
-  return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | uint32_t{p[3]};
-}
-
-}  // namespace
-
 VXClientStream::VXClientStream(int32_t clientIndex) : VXClientPacket(clientIndex) {}
 
 VXClientStream::~VXClientStream() = default;
@@ -45,11 +30,12 @@ void VXClientStream::sendPacket(uint32_t type, const AFCBuffer& payload) {
     return;
   }
   AFCBuffer packet;
-  packet.resize(kHeaderSize + payload.size());
-  putWord(packet.data(), kMagic);
-  putWord(packet.data() + 4, type);
-  putWord(packet.data() + 8, static_cast<uint32_t>(payload.size()));
-  if (!payload.empty()) std::memcpy(packet.data() + kHeaderSize, payload.data(), payload.size());
+  packet.resize(VXPacketFrame::kHeaderSize + payload.size());
+  VXPacketFrame::encodeHeader(packet.data(),
+                              {VXPacketFrame::kMagic, type, static_cast<uint32_t>(payload.size())});
+  if (!payload.empty()) {
+    std::memcpy(packet.data() + VXPacketFrame::kHeaderSize, payload.data(), payload.size());
+  }
   try {
     writeAll(packet.data(), packet.size());
   } catch (const AFCException& e) {
@@ -74,14 +60,15 @@ void VXClientStream::readPacket(uint32_t& type, AFCBuffer& payload) {
 }
 
 void VXClientStream::readPacketUnchecked(uint32_t& type, AFCBuffer& payload) {
-  uint8_t header[kHeaderSize];
-  readExact(header, kHeaderSize);
-  if (getWord(header) != kMagic) {
+  uint8_t bytes[VXPacketFrame::kHeaderSize];
+  readExact(bytes, VXPacketFrame::kHeaderSize);
+  const VXPacketFrame::Header header = VXPacketFrame::decodeHeader(bytes);
+  if (header.magic != VXPacketFrame::kMagic) {
     throw VXCommunicationErrorException("Bad magic in packet header");
   }
-  type = getWord(header + 4);
-  const uint32_t length = getWord(header + 8);
-  if (length > kMaxPayload) {
+  type = header.type;
+  const uint32_t length = header.length;
+  if (length > VXPacketFrame::kMaxPayload) {
     AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "libVX")
         << "Declared packet length " << length << ", PacketType=" << type << '\n';
     throw VXCommunicationErrorException("Wrong packet length");

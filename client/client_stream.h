@@ -1,6 +1,6 @@
 #pragma once
-// Packets on a byte stream: the 12-byte header (magic 0x56585001, type, payload length, all
-// big-endian), the 10,000,000-byte limit on what the reader accepts, one write per packet under
+// Packets on a byte stream: the frame of client/packet_frame.h (a 12-byte header before the
+// payload) and the limit on what the reader accepts, one write per packet under
 // the send lock, and the synchronous request/reply exchange. Packets met while a reply is
 // awaited go to the asynchronous dispatcher first, in arrival order, so a reply never overtakes
 // the events sent before it.
@@ -17,12 +17,11 @@
 
 class VXClientStream : public VXClientPacket {
  public:
-  static constexpr uint32_t kMagic = 0x56585001;
-  static constexpr std::size_t kHeaderSize = 12;
-  static constexpr uint32_t kMaxPayload = 10000000;
-
   explicit VXClientStream(int32_t clientIndex = 0);
   ~VXClientStream() override;
+
+ protected:
+  friend class VXSessionTestAccess;
 
   // Connects the transport, then runs the handshake.
   void openTransport() override;
@@ -45,7 +44,6 @@ class VXClientStream : public VXClientPacket {
   // The server closed the connection.
   virtual void onServerDisconnected();
 
- protected:
   // The byte transport. connectTransport only connects (the handshake follows it); both it and
   // disconnectTransport do nothing when already in the wanted state.
   virtual void connectTransport() = 0;

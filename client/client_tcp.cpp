@@ -177,11 +177,9 @@ void VXClientTcp::request(uint32_t type, const AFCBuffer& payload, uint32_t repl
 }
 
 bool VXClientTcp::packetBuffered() const {
-  if (buffered() < kHeaderSize) return false;
-  const uint8_t* length = readBuffer_.data() + readBegin_ + 8;
-  const uint32_t payload = uint32_t{length[0]} << 24 | uint32_t{length[1]} << 16 |
-                           uint32_t{length[2]} << 8 | uint32_t{length[3]};
-  return payload > kMaxPayload || buffered() - kHeaderSize >= payload;
+  if (buffered() < VXPacketFrame::kHeaderSize) return false;
+  const uint32_t payload = VXPacketFrame::decodeHeader(readBuffer_.data() + readBegin_).length;
+  return payload > VXPacketFrame::kMaxPayload || buffered() - VXPacketFrame::kHeaderSize >= payload;
 }
 
 void VXClientTcp::onReadable() {

@@ -42,10 +42,9 @@ class VXClientTcp : public VXClientStream {
   // Not owned. A non-null registry is refused while the session is open.
   void setAsyncRegistry(AFCFDAsyncRegistry* registry);
 
+ protected:
   void request(uint32_t type, const AFCBuffer& payload, uint32_t replyType,
                AFCBuffer& reply) override;
-
- protected:
   void connectTransport() override;
   void disconnectTransport() override;
   void readExact(uint8_t* dest, std::size_t count) override;

@@ -11,6 +11,8 @@ struct VXPacketFrame {
   static constexpr std::size_t kHeaderSize = 12;
   // A reader refuses a declared payload length above this; a writer puts no limit.
   static constexpr uint32_t kMaxPayload = 10000000;
+  // Servers from this combined version ask for a login.
+  static constexpr uint32_t kLoginVersion = 2295007;
 
   enum Type : uint32_t {
     kAction = 0,

@@ -42,3 +42,13 @@ function(vx_link_header_package target headers)
     target_include_directories(${target} SYSTEM PUBLIC ${headers})
   endif()
 endfunction()
+
+# The same for a package a tool cannot do without: stops the configuration with one message
+# naming the tool and the Debian package that scripts/bootstrap installs.
+function(vx_require_header_package out tool package imported subdir debian)
+  vx_find_header_package(found ${package} ${imported} ${subdir})
+  if(NOT found)
+    message(FATAL_ERROR "${tool} needs ${package} (scripts/bootstrap installs ${debian})")
+  endif()
+  set(${out} ${found} PARENT_SCOPE)
+endfunction()

@@ -1,42 +1,16 @@
-// Feeds arbitrary bytes from the peer to a session whose transport is an in-memory queue: each
-// packet is read and dispatched as an asynchronous packet until the bytes run out, with one
-// listener of every kind registered. Any failure must be an AFCException.
+// Feeds arbitrary bytes from the peer to the in-memory session: each packet is read and
+// dispatched as an asynchronous packet until the bytes run out, with one listener of every kind
+// registered. Any failure must be an AFCException.
 #include <cstddef>
 #include <cstdint>
-#include <cstring>
 #include <string>
 
-#include "client/client_stream.h"
 #include "client/register.h"
 #include "foundation/errlog.h"
+#include "tests/support/memory_session.h"
+#include "tests/support/session_test_access.h"
 
 namespace {
-
-class QueueSession : public VXClientStream {
- public:
-  QueueSession(const uint8_t* data, std::size_t size) : data_(data), size_(size) {}
-
-  bool exhausted() const { return at_ == size_; }
-
-  void setServerAddress(const std::string&) override {}
-  std::string getServerAddress() const override { return {}; }
-  bool isOpen() const override { return true; }
-
- protected:
-  void connectTransport() override {}
-  void disconnectTransport() override {}
-  void readExact(uint8_t* dest, std::size_t count) override {
-    if (size_ - at_ < count) throw AFCException("Connection closed by peer");
-    std::memcpy(dest, data_ + at_, count);
-    at_ += count;
-  }
-  void writeAll(const uint8_t*, std::size_t) override {}
-
- private:
-  const uint8_t* data_;
-  std::size_t size_;
-  std::size_t at_ = 0;
-};
 
 struct AnyListener : VXErrLogListener,
                      VXPickResultListener,
@@ -60,15 +34,17 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, std::size_t size) {
   }();
   (void)prepared;
   AnyListener listener;
-  QueueSession session(data, size);
+  VXMemorySession session;
+  session.serverSends(data, size);
+  session.openWithoutHandshake();
   session.addErrLogListener(&listener);
   session.addPickResultListener(&listener);
   session.addServerMessageListener(&listener);
   session.addCommandCallbackListener(&listener);
   session.addZoneNotifyListener("Z", &listener);
-  while (!session.exhausted()) {
+  while (session.bytesPending() > 0) {
     try {
-      session.processIncoming();
+      VXSessionTestAccess::processIncoming(session);
     } catch (const AFCException&) {
       break;
     }

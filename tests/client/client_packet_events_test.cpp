@@ -32,11 +32,12 @@ TEST(ClientPacketEvents, DecodesEachAsynchronousPacketForItsListeners) {
   session.addServerMessageListener(&listener);
   session.addZoneNotifyListener("Z", &listener);
 
-  session.handleAsyncPacket(4, bufferOf(uint32Bytes(0x06, 1) + stringBytes("Z") + boolBytes(true)));
-  session.handleAsyncPacket(13, bufferOf(kErrLogEntry));
-  session.handleAsyncPacket(14, bufferOf(int32Bytes(-7)));
-  session.handleAsyncPacket(15, bufferOf(stringBytes("node1")));
-  session.handleAsyncPacket(16, bufferOf(wstringBytes("hello")));
+  VXSessionTestAccess::handleAsyncPacket(
+      session, 4, bufferOf(uint32Bytes(0x06, 1) + stringBytes("Z") + boolBytes(true)));
+  VXSessionTestAccess::handleAsyncPacket(session, 13, bufferOf(kErrLogEntry));
+  VXSessionTestAccess::handleAsyncPacket(session, 14, bufferOf(int32Bytes(-7)));
+  VXSessionTestAccess::handleAsyncPacket(session, 15, bufferOf(stringBytes("node1")));
+  VXSessionTestAccess::handleAsyncPacket(session, 16, bufferOf(wstringBytes("hello")));
   EXPECT_EQ(calls, (std::vector<std::string>{"l: zones Z=1", "l: errlog boom", "l: callback -7",
                                              "l: pick node1", "l: message hello"}));
 }
@@ -52,12 +53,12 @@ TEST(ClientPacketEvents, WritesTheDebugLineBeforeEachCall) {
   session.addServerMessageListener(&listener);
   session.addErrLogListener(&listener);
   session.captureDebug();
-  session.handleAsyncPacket(4,
-                            bufferOf(uint32Bytes(0x06, 1) + stringBytes("B") + boolBytes(false)));
+  VXSessionTestAccess::handleAsyncPacket(
+      session, 4, bufferOf(uint32Bytes(0x06, 1) + stringBytes("B") + boolBytes(false)));
   session.callCommandCallbackListeners(5);
   session.callPickResultListeners("p");
   session.callServerMessageListeners("m");
-  session.handleAsyncPacket(13, bufferOf(kErrLogEntry));
+  VXSessionTestAccess::handleAsyncPacket(session, 13, bufferOf(kErrLogEntry));
   EXPECT_EQ(session.debugText(),
             "calling ZoneNotifyListener, zone=A, state=B=0\n"
             "calling ZoneNotifyListener, zone=B, state=B=0\n"
@@ -68,7 +69,7 @@ TEST(ClientPacketEvents, WritesTheDebugLineBeforeEachCall) {
 TEST(ClientPacketEvents, LogsAndDropsAnUnknownType) {
   CapturedErrLog log;
   ScriptedSession session;
-  session.handleAsyncPacket(21, AFCBuffer());
+  VXSessionTestAccess::handleAsyncPacket(session, 21, AFCBuffer());
   EXPECT_EQ(log.messages(), std::vector<std::string>{"Unexpected async packet received 21"});
 }
 
@@ -77,11 +78,16 @@ TEST(ClientPacketEvents, RefusesAMalformedPayload) {
   RecordingListener listener(&calls);
   ScriptedSession session;
   session.addCommandCallbackListener(&listener);
-  EXPECT_THROW(session.handleAsyncPacket(14, bufferOf(stringBytes("x"))), AFCException);
-  EXPECT_THROW(session.handleAsyncPacket(4, bufferOf(uint32Bytes(0x06, 2000000000))), AFCException);
-  EXPECT_THROW(session.handleAsyncPacket(13, bufferOf(newObjectHeader("VXImmediateAction") +
-                                                      kBasePart + uint32Bytes(0x06, 0))),
+  EXPECT_THROW(VXSessionTestAccess::handleAsyncPacket(session, 14, bufferOf(stringBytes("x"))),
                AFCException);
+  EXPECT_THROW(
+      VXSessionTestAccess::handleAsyncPacket(session, 4, bufferOf(uint32Bytes(0x06, 2000000000))),
+      AFCException);
+  EXPECT_THROW(
+      VXSessionTestAccess::handleAsyncPacket(
+          session, 13,
+          bufferOf(newObjectHeader("VXImmediateAction") + kBasePart + uint32Bytes(0x06, 0))),
+      AFCException);
   EXPECT_TRUE(calls.empty());
 }
 
@@ -103,11 +109,10 @@ TEST(ClientPacketEvents, AFailingListenerIsLoggedAndTheNextOneStillRuns) {
     session.connect();
     EXPECT_EQ(calls, (std::vector<std::string>{"bad: message m", "good: message m",
                                                "bad: connect 0", "good: connect 0"}));
-    EXPECT_EQ(log.messages(),
-              (std::vector<std::string>{
-                  std::string("VXClientPacket: Server Message Listener failed, ") +
-                      (foreign ? "unknown excpetion" : "oops"),
-                  "VXClientPacket: connect listener failed, oops"}));
+    EXPECT_EQ(log.messages(), (std::vector<std::string>{
+                                  std::string("VXClientPacket: Server Message Listener failed, ") +
+                                      (foreign ? "unknown excpetion" : "oops"),
+                                  "VXClientPacket: connect listener failed, oops"}));
   }
 }
 
@@ -201,7 +206,7 @@ TEST(ClientPacketEvents, AReconnectResubscribesBeforeTheConnectListenersRun) {
   session.addZoneNotifyListener("A", &listener);
   session.addConnectListener(&listener);
   connectTo(session, 2100);
-  session.onServerDisconnected();
+  VXSessionTestAccess::onServerDisconnected(session);
   session.clearWritten();
   calls.clear();
 

@@ -18,7 +18,7 @@ Bytes bytesOf(const AFCBuffer& buffer) {
 TEST(ClientStream, FramesAPacketWithTheHeaderInNetworkOrder) {
   ScriptedSession session;
   session.openWithoutHandshake();
-  session.sendPacket(0x01020304, bufferOf({0xAA, 0xBB}));
+  VXSessionTestAccess::sendPacket(session, 0x01020304, bufferOf({0xAA, 0xBB}));
   EXPECT_EQ(session.written(),
             (Bytes{0x56, 0x58, 0x50, 0x01, 0x01, 0x02, 0x03, 0x04, 0, 0, 0, 2, 0xAA, 0xBB}));
 }
@@ -26,14 +26,14 @@ TEST(ClientStream, FramesAPacketWithTheHeaderInNetworkOrder) {
 TEST(ClientStream, SendsAndReadsAnEmptyPayloadAsTwelveBytes) {
   ScriptedSession session;
   session.openWithoutHandshake();
-  session.sendPacket(11, AFCBuffer());
+  VXSessionTestAccess::sendPacket(session, 11, AFCBuffer());
   EXPECT_EQ(session.written(), packetBytes(11));
   EXPECT_EQ(session.written().size(), 12u);
 
   session.serverSends(packetBytes(12));
   uint32_t type = 0;
   AFCBuffer payload(bufferOf({1, 2, 3}));
-  session.readPacket(type, payload);
+  VXSessionTestAccess::readPacket(session, type, payload);
   EXPECT_EQ(type, 12u);
   EXPECT_TRUE(payload.empty());
 }
@@ -41,7 +41,7 @@ TEST(ClientStream, SendsAndReadsAnEmptyPayloadAsTwelveBytes) {
 TEST(ClientStream, DropsAPacketSentWhileClosedWithADebugLine) {
   ScriptedSession session;
   session.captureDebug();
-  session.sendPacket(0, bufferOf({1}));
+  VXSessionTestAccess::sendPacket(session, 0, bufferOf({1}));
   EXPECT_TRUE(session.written().empty());
   EXPECT_EQ(session.debugText(), "sendPacket: not connected!\n");
 }
@@ -50,10 +50,11 @@ TEST(ClientStream, RefusesToReadOrRequestWhileClosed) {
   ScriptedSession session;
   uint32_t type = 0;
   AFCBuffer payload;
-  EXPECT_EQ(failureOf<VXCommunicationErrorException>([&] { session.readPacket(type, payload); }),
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>(
+                [&] { VXSessionTestAccess::readPacket(session, type, payload); }),
             "Communication error, Client is not connected");
   EXPECT_EQ(failureOf<VXCommunicationErrorException>(
-                [&] { session.request(5, AFCBuffer(), 6, payload); }),
+                [&] { VXSessionTestAccess::request(session, 5, AFCBuffer(), 6, payload); }),
             "Communication error, Not connected");
 }
 
@@ -61,7 +62,7 @@ TEST(ClientStream, WaitReplyOnAClosedSessionLeavesTheReplyAlone) {
   ScriptedSession session;
   session.captureDebug();
   AFCBuffer reply(bufferOf({9}));
-  session.waitReply(6, reply);
+  VXSessionTestAccess::waitReply(session, 6, reply);
   EXPECT_EQ(bytesOf(reply), Bytes{9});
   EXPECT_EQ(session.debugText(), "readPacket: not connected!\n");
 }
@@ -75,7 +76,8 @@ TEST(ClientStream, RefusesABadMagicAndSaysSoOnTheDebugStream) {
   session.serverSends(packet);
   uint32_t type = 0;
   AFCBuffer payload;
-  EXPECT_THROW(session.readPacket(type, payload), VXCommunicationErrorException);
+  EXPECT_THROW(VXSessionTestAccess::readPacket(session, type, payload),
+               VXCommunicationErrorException);
   EXPECT_EQ(session.debugText(),
             "readPacket failed: Communication error, Bad magic in packet header\n");
 }
@@ -87,7 +89,8 @@ TEST(ClientStream, RefusesALengthAboveTheLimitBeforeReadingThePayload) {
   session.serverSends(wordBytes(0x56585001) + wordBytes(16) + wordBytes(10000001) + Bytes{1, 2});
   uint32_t type = 0;
   AFCBuffer payload;
-  EXPECT_EQ(failureOf<VXCommunicationErrorException>([&] { session.readPacket(type, payload); }),
+  EXPECT_EQ(failureOf<VXCommunicationErrorException>(
+                [&] { VXSessionTestAccess::readPacket(session, type, payload); }),
             "Communication error, Wrong packet length");
   EXPECT_EQ(type, 16u);
   EXPECT_EQ(session.bytesRead(), 12u);
@@ -102,7 +105,7 @@ TEST(ClientStream, AcceptsALengthOfExactlyTheLimit) {
   session.serverSends(packetBytes(16, payload));
   uint32_t type = 0;
   AFCBuffer read;
-  session.readPacket(type, read);
+  VXSessionTestAccess::readPacket(session, type, read);
   EXPECT_EQ(read.size(), 10000000u);
   EXPECT_EQ(read.data()[9999999], 0x5A);
 }
@@ -113,7 +116,7 @@ TEST(ClientStream, LeavesNothingHalfReadWhenThePayloadIsCutShort) {
   session.serverSends(wordBytes(0x56585001) + wordBytes(16) + wordBytes(10) + Bytes{1, 2, 3});
   uint32_t type = 0;
   AFCBuffer payload;
-  EXPECT_THROW(session.readPacket(type, payload), AFCException);
+  EXPECT_THROW(VXSessionTestAccess::readPacket(session, type, payload), AFCException);
   EXPECT_TRUE(payload.empty());
 }
 
@@ -129,13 +132,13 @@ TEST(ClientStream, DispatchesPacketsMetBeforeTheReplyInArrivalOrder) {
                       packetBytes(16, stringBytes("after")));
 
   AFCBuffer reply;
-  session.request(17, AFCBuffer(), 18, reply);
+  VXSessionTestAccess::request(session, 17, AFCBuffer(), 18, reply);
   EXPECT_EQ(bytesOf(reply), Bytes{0xC0});
   EXPECT_EQ(calls,
             (std::vector<std::string>{"l: message first", "l: callback 3", "l: message third"}));
   EXPECT_EQ(session.writtenTypes(), std::vector<uint32_t>{17});
 
-  session.processIncoming();
+  VXSessionTestAccess::processIncoming(session);
   EXPECT_EQ(calls.back(), "l: message after");
 }
 
@@ -145,7 +148,7 @@ TEST(ClientStream, KeepsWaitingForAReplyUntilTheConnectionFails) {
   session.serverSends(packetBytes(99) + packetBytes(98));
   CapturedErrLog log;
   AFCBuffer reply;
-  EXPECT_THROW(session.request(5, AFCBuffer(), 6, reply), AFCException);
+  EXPECT_THROW(VXSessionTestAccess::request(session, 5, AFCBuffer(), 6, reply), AFCException);
   EXPECT_EQ(log.messages(), (std::vector<std::string>{"Unexpected async packet received 99",
                                                       "Unexpected async packet received 98"}));
 }
@@ -154,13 +157,13 @@ TEST(ClientStream, WriteErrorsPropagateUnlessSilentThenTheyCloseTheSession) {
   ScriptedSession session;
   session.openWithoutHandshake();
   session.failNextWrite("broken pipe");
-  EXPECT_THROW(session.sendPacket(0, AFCBuffer()), AFCException);
+  EXPECT_THROW(VXSessionTestAccess::sendPacket(session, 0, AFCBuffer()), AFCException);
   EXPECT_TRUE(session.isOpen());
 
   CapturedErrLog log;
   session.setSilentErrors(true);
   session.failNextWrite("broken pipe");
-  session.sendPacket(0, AFCBuffer());
+  VXSessionTestAccess::sendPacket(session, 0, AFCBuffer());
   EXPECT_FALSE(session.isOpen());
   EXPECT_EQ(log.messages(), std::vector<std::string>{"VX2Client: IO error, broken pipe"});
 
@@ -182,7 +185,7 @@ TEST(ClientStream, APeerCloseRunsTheDisconnectListenersOnce) {
   session.openWithoutHandshake();
   session.captureDebug();
   session.addDisconnectListener(&listener);
-  session.onServerDisconnected();
+  VXSessionTestAccess::onServerDisconnected(session);
   EXPECT_FALSE(session.isOpen());
   EXPECT_EQ(calls, std::vector<std::string>{"l: disconnect 3"});
   EXPECT_EQ(session.debugText(),

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
+#include <thread>
 
 #include "client/client_exceptions.h"
 #include "client/login.h"
@@ -122,6 +123,29 @@ TEST_F(ClientTcp, AWrongPasswordFailsTheConnect) {
   });
   EXPECT_EQ(failureOf<VXClientException>([&] { session_.connect(); }), "Incorrect password.");
   EXPECT_FALSE(session_.isOpen());
+}
+
+TEST_F(ClientTcp, APacketSplitAtAnyOffsetReadsAsTheWholeFeed) {
+  // Two messages, sent in two writes split at each offset in turn: a header or a payload comes
+  // in parts, and the client waits for the rest of it.
+  const Bytes feed = packetBytes(16, stringBytes("first")) + packetBytes(16, stringBytes("second"));
+  peer_.serve([&](PeerConnection& c) {
+    c.readPacket();
+    c.send(noLoginVersion());
+    for (std::size_t split = 1; split < feed.size(); ++split) {
+      c.send(Bytes(feed.begin(), feed.begin() + static_cast<std::ptrdiff_t>(split)));
+      std::this_thread::sleep_for(std::chrono::milliseconds(1));
+      c.send(Bytes(feed.begin() + static_cast<std::ptrdiff_t>(split), feed.end()));
+    }
+  });
+  ASSERT_TRUE(session_.connect());
+  const std::size_t rounds = feed.size() - 1;
+  EXPECT_TRUE(pumpUntil([&] { return events_.seen.size() == 1 + 2 * rounds; }));
+  std::vector<std::string> expected{"connect 0"};
+  for (std::size_t i = 0; i < rounds; ++i) {
+    expected.insert(expected.end(), {"message first", "message second"});
+  }
+  EXPECT_EQ(events_.seen, expected);
 }
 
 TEST_F(ClientTcp, DispatchesAsynchronousPacketsBeforeTheReplyTheyPreceded) {

@@ -22,13 +22,10 @@ class PeerConnection {
   }
 
   WrittenPacket readPacket() {
-    uint8_t header[12];
-    socket_.readExact(header, sizeof header);
-    auto word = [&](int at) {
-      return uint32_t{header[at]} << 24 | uint32_t{header[at + 1]} << 16 |
-             uint32_t{header[at + 2]} << 8 | uint32_t{header[at + 3]};
-    };
-    WrittenPacket packet{word(4), Bytes(word(8))};
+    uint8_t bytes[VXPacketFrame::kHeaderSize];
+    socket_.readExact(bytes, sizeof bytes);
+    const VXPacketFrame::Header header = VXPacketFrame::decodeHeader(bytes);
+    WrittenPacket packet{header.type, Bytes(header.length)};
     if (!packet.payload.empty()) socket_.readExact(packet.payload.data(), packet.payload.size());
     return packet;
   }

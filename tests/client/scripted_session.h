@@ -1,8 +1,7 @@
 #pragma once
-// A session whose transport is two in-memory byte queues: the bytes the "server" sends are
-// queued by the test (scripted before the client asks), and every byte the client writes is
-// kept. No sockets: the framing and protocol code is fed bytes. Packets are put together here
-// from the wire layout (magic, type, length, big-endian), never by the code under test.
+// The in-memory session (tests/support/memory_session.h) with the tests' helpers. Packets are
+// put together here from the wire layout (magic, type, length, big-endian), never by the code
+// under test.
 #include <gtest/gtest.h>
 
 #include <cstdint>
@@ -15,8 +14,11 @@
 
 #include "client/client_exceptions.h"
 #include "client/client_stream.h"
+#include "client/packet_frame.h"
 #include "client/register.h"
 #include "tests/commands/command_test_support.h"
+#include "tests/support/memory_session.h"
+#include "tests/support/session_test_access.h"
 
 class ClientClasses : public ::testing::Environment {
  public:
@@ -47,82 +49,45 @@ struct WrittenPacket {
   Bytes payload;
 };
 
-class ScriptedSession : public VXClientStream {
+// The in-memory session with the tests' views of what it wrote and of its debug output.
+class ScriptedSession : public VXMemorySession {
  public:
-  explicit ScriptedSession(int32_t clientIndex = 0) : VXClientStream(clientIndex) {}
+  using VXMemorySession::VXMemorySession;
 
-  // Bytes the server sends next.
-  void serverSends(const Bytes& bytes) {
-    incoming_.insert(incoming_.end(), bytes.begin(), bytes.end());
-  }
-  const Bytes& written() const { return written_; }
+  void serverSends(const Bytes& bytes) { VXMemorySession::serverSends(bytes.data(), bytes.size()); }
   // The packets written so far, decoded from the written bytes.
   std::vector<WrittenPacket> writtenPackets() const;
   std::vector<uint32_t> writtenTypes() const;
-  void clearWritten() { written_.clear(); }
-  // Bytes the client has taken from the server's side.
-  std::size_t bytesRead() const { return bytesRead_; }
-  std::size_t bytesPending() const { return incoming_.size(); }
-  // Makes the next write fail with this text.
-  void failNextWrite(std::string text) { writeFailure_ = std::move(text); }
-  // Opens the transport without a handshake, for tests of what comes after it.
-  void openWithoutHandshake() { open_ = true; }
 
   // Debug output captured as text.
   void captureDebug() { setDebug(true, &debug_); }
   std::string debugText() const { return debug_.str(); }
 
-  void setServerAddress(const std::string& address) override { address_ = address; }
-  std::string getServerAddress() const override { return address_; }
-  bool isOpen() const override { return open_; }
-
-  using VXClientStream::readExact;
-
- protected:
-  void connectTransport() override { open_ = true; }
-  void disconnectTransport() override { open_ = false; }
-  // Running out of scripted bytes is the peer closing the connection.
-  void readExact(uint8_t* dest, std::size_t count) override {
-    if (incoming_.size() < count) throw AFCException("Connection closed by peer");
-    for (std::size_t i = 0; i < count; ++i) {
-      dest[i] = incoming_.front();
-      incoming_.pop_front();
-    }
-    bytesRead_ += count;
-  }
-  void writeAll(const uint8_t* bytes, std::size_t count) override {
-    if (!writeFailure_.empty()) throw AFCException(std::exchange(writeFailure_, {}));
-    written_.insert(written_.end(), bytes, bytes + count);
-  }
-
  private:
-  bool open_ = false;
-  std::string address_;
-  std::deque<uint8_t> incoming_;
-  std::size_t bytesRead_ = 0;
-  Bytes written_;
-  std::string writeFailure_;
   std::ostringstream debug_;
 };
 
-inline std::vector<WrittenPacket> ScriptedSession::writtenPackets() const {
+// The packets of a byte stream, each checked for the magic, the whole stream for its end.
+inline std::vector<WrittenPacket> packetsOf(const Bytes& bytes) {
   std::vector<WrittenPacket> packets;
   std::size_t at = 0;
-  auto word = [this](std::size_t offset) {
-    return (uint32_t{written_[offset]} << 24) | (uint32_t{written_[offset + 1]} << 16) |
-           (uint32_t{written_[offset + 2]} << 8) | uint32_t{written_[offset + 3]};
-  };
-  while (at + 12 <= written_.size()) {
-    EXPECT_EQ(word(at), 0x56585001u);
-    const uint32_t length = word(at + 8);
-    EXPECT_LE(at + 12 + length, written_.size());
+  while (at + VXPacketFrame::kHeaderSize <= bytes.size()) {
+    const VXPacketFrame::Header header = VXPacketFrame::decodeHeader(bytes.data() + at);
+    EXPECT_EQ(header.magic, 0x56585001u);
+    const std::size_t begin = at + VXPacketFrame::kHeaderSize;
+    EXPECT_LE(begin + header.length, bytes.size());
+    if (begin + header.length > bytes.size()) break;
     packets.push_back(
-        {word(at + 4), Bytes(written_.begin() + static_cast<std::ptrdiff_t>(at + 12),
-                             written_.begin() + static_cast<std::ptrdiff_t>(at + 12 + length))});
-    at += 12 + length;
+        {header.type, Bytes(bytes.begin() + static_cast<std::ptrdiff_t>(begin),
+                            bytes.begin() + static_cast<std::ptrdiff_t>(begin + header.length))});
+    at = begin + header.length;
   }
-  EXPECT_EQ(at, written_.size());
+  EXPECT_EQ(at, bytes.size());
   return packets;
+}
+
+inline std::vector<WrittenPacket> ScriptedSession::writtenPackets() const {
+  return packetsOf(written());
 }
 
 inline std::vector<uint32_t> ScriptedSession::writtenTypes() const {

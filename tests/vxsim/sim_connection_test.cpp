@@ -8,26 +8,6 @@
 
 namespace {
 
-// The packets of a byte stream from the simulator.
-std::vector<WrittenPacket> packetsOf(const std::vector<uint8_t>& bytes) {
-  std::vector<WrittenPacket> packets;
-  std::size_t at = 0;
-  auto word = [&](std::size_t offset) {
-    return (uint32_t{bytes[offset]} << 24) | (uint32_t{bytes[offset + 1]} << 16) |
-           (uint32_t{bytes[offset + 2]} << 8) | uint32_t{bytes[offset + 3]};
-  };
-  while (at + 12 <= bytes.size()) {
-    EXPECT_EQ(word(at), 0x56585001u);
-    const uint32_t length = word(at + 8);
-    packets.push_back(
-        {word(at + 4), Bytes(bytes.begin() + static_cast<std::ptrdiff_t>(at + 12),
-                             bytes.begin() + static_cast<std::ptrdiff_t>(at + 12 + length))});
-    at += 12 + length;
-  }
-  EXPECT_EQ(at, bytes.size());
-  return packets;
-}
-
 VXSimOptions withPassword(const std::string& password) {
   VXSimOptions options;
   options.password = password;
@@ -141,8 +121,8 @@ TEST(SimConnection, NothingButTheHandshakeIsServedBeforeTheLogin) {
 namespace {
 
 uint32_t headerWord(const std::vector<uint8_t>& bytes, std::size_t offset) {
-  return (uint32_t{bytes.at(offset)} << 24) | (uint32_t{bytes.at(offset + 1)} << 16) |
-         (uint32_t{bytes.at(offset + 2)} << 8) | uint32_t{bytes.at(offset + 3)};
+  EXPECT_LE(offset + 4, bytes.size());
+  return offset + 4 <= bytes.size() ? VXPacketFrame::getWord(bytes.data() + offset) : 0;
 }
 
 void feed(VXSimConnection& connection, const Bytes& bytes) {

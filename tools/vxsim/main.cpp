@@ -13,7 +13,7 @@
 #include <thread>
 #include <vector>
 
-#include "client/client_packet.h"
+#include "client/packet_frame.h"
 #include "client/register.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxsim/sim_console.h"
@@ -68,7 +68,7 @@ int serve(const VXSimOptions& options) {
     std::cout << "vxsim control on 127.0.0.1:" << controlPort << std::endl;
   }
   for (const std::string& fault : options.faults) hub.getFaults().apply(fault);
-  if (!options.password.empty() && options.version.combined() < VXClientPacket::kLoginVersion) {
+  if (!options.password.empty() && options.version.combined() < VXPacketFrame::kLoginVersion) {
     hub.log(
         "warning: clients log in only from version 2295.7 (or 2295beta7) on; with this "
         "version and a password every client is refused");

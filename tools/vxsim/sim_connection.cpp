@@ -1,24 +1,14 @@
 #include "tools/vxsim/sim_connection.h"
 
 #include "client/client_exceptions.h"
-#include "client/client_packet.h"
 #include "client/login.h"
+#include "client/packet_frame.h"
 #include "client/roa_exceptions.h"
 #include "commands/zone_state.h"
 #include "foundation/persistent_stream.h"
 #include "tools/vxsim/sim_hub.h"
 
 namespace {
-
-using Type = VXClientPacket::PacketType;
-
-void putWord(std::vector<uint8_t>& out, uint32_t value) {
-  for (int shift = 24; shift >= 0; shift -= 8) out.push_back(static_cast<uint8_t>(value >> shift));
-}
-
-uint32_t getWord(const uint8_t* p) {
-  return (uint32_t{p[0]} << 24) | (uint32_t{p[1]} << 16) | (uint32_t{p[2]} << 8) | uint32_t{p[3]};
-}
 
 // True once per magic or length order: for the packet being framed when the order is new.
 bool takeFault(uint64_t order, uint64_t& done) {
@@ -70,9 +60,11 @@ void VXSimConnection::frame(std::vector<uint8_t>& out, uint32_t type, const AFCB
   const VXSimFaults& faults = hub_.getFaults();
   const bool badMagic = takeFault(faults.magicOrder, magicDone_);
   const bool badLength = takeFault(faults.lengthOrder, lengthDone_);
-  putWord(out, badMagic ? kBadMagic : kMagic);
-  putWord(out, type);
-  putWord(out, badLength ? kMaxPayload + 1 : static_cast<uint32_t>(payload.size()));
+  uint8_t header[VXPacketFrame::kHeaderSize];
+  VXPacketFrame::encodeHeader(
+      header, {badMagic ? kBadMagic : VXPacketFrame::kMagic, type,
+               badLength ? VXPacketFrame::kMaxPayload + 1 : static_cast<uint32_t>(payload.size())});
+  out.insert(out.end(), header, header + VXPacketFrame::kHeaderSize);
   out.insert(out.end(), payload.data(), payload.data() + payload.size());
   if (badMagic || badLength) {
     hub_.log("client " + std::to_string(id_) + ": packet " + std::to_string(type) + " sent with " +
@@ -106,21 +98,20 @@ void VXSimConnection::feed(const uint8_t* bytes, std::size_t count) {
   input_.insert(input_.end(), bytes, bytes + count);
   std::size_t at = 0;
   try {
-    while (!closed_ && input_.size() - at >= kHeaderSize) {
-      const uint8_t* header = input_.data() + at;
-      if (getWord(header) != kMagic) {
+    while (!closed_ && input_.size() - at >= VXPacketFrame::kHeaderSize) {
+      const uint8_t* bytes = input_.data() + at;
+      const auto [magic, type, length] = VXPacketFrame::decodeHeader(bytes);
+      if (magic != VXPacketFrame::kMagic) {
         throw VXCommunicationErrorException("Bad magic in packet header");
       }
-      const uint32_t type = getWord(header + 4);
-      const uint32_t length = getWord(header + 8);
-      if (length > kMaxPayload) {
+      if (length > VXPacketFrame::kMaxPayload) {
         hub_.log("client " + std::to_string(id_) + ": declared packet length " +
                  std::to_string(length) + ", PacketType=" + std::to_string(type));
         throw VXCommunicationErrorException("Wrong packet length");
       }
-      if (input_.size() - at - kHeaderSize < length) break;
-      const AFCBuffer payload(header + kHeaderSize, length);
-      at += kHeaderSize + length;
+      if (input_.size() - at - VXPacketFrame::kHeaderSize < length) break;
+      const AFCBuffer payload(bytes + VXPacketFrame::kHeaderSize, length);
+      at += VXPacketFrame::kHeaderSize + length;
       servePacket(type, payload);
       countForCloseFault();
     }
@@ -133,8 +124,9 @@ void VXSimConnection::feed(const uint8_t* bytes, std::size_t count) {
 }
 
 void VXSimConnection::servePacket(uint32_t type, const AFCBuffer& payload) {
-  const bool handshake = type == Type::kVersionRequest || type == Type::kLoginChallengeRequest ||
-                         type == Type::kLoginResponse;
+  const bool handshake = type == VXPacketFrame::kVersionRequest ||
+                         type == VXPacketFrame::kLoginChallengeRequest ||
+                         type == VXPacketFrame::kLoginResponse;
   if (!loggedIn_ && !handshake) {
     hub_.log("client " + std::to_string(id_) + ": packet " + std::to_string(type) +
              " before login, ignored");
@@ -150,26 +142,26 @@ void VXSimConnection::servePacket(uint32_t type, const AFCBuffer& payload) {
 
 void VXSimConnection::serveRequest(uint32_t type, const AFCBuffer& payload) {
   switch (type) {
-    case Type::kAction:
+    case VXPacketFrame::kAction:
       return serveAction(payload);
-    case Type::kSetZoneState:
+    case VXPacketFrame::kSetZoneState:
       return serveSetZoneState(payload);
-    case Type::kGetZoneState:
+    case VXPacketFrame::kGetZoneState:
       return serveGetZoneState(payload);
-    case Type::kVersionRequest:
+    case VXPacketFrame::kVersionRequest:
       return serveVersion();
-    case Type::kZoneRegister:
-    case Type::kZoneUnregister:
+    case VXPacketFrame::kZoneRegister:
+    case VXPacketFrame::kZoneUnregister:
       return serveZoneRegistration(type, payload);
-    case Type::kROARequest:
+    case VXPacketFrame::kROARequest:
       return serveRemoteObjectRequest(payload);
-    case Type::kErrLogSubscribe:
-    case Type::kErrLogUnsubscribe:
-      errLogSubscriber_ = type == Type::kErrLogSubscribe;
+    case VXPacketFrame::kErrLogSubscribe:
+    case VXPacketFrame::kErrLogUnsubscribe:
+      errLogSubscriber_ = type == VXPacketFrame::kErrLogSubscribe;
       return;
-    case Type::kLoginChallengeRequest:
+    case VXPacketFrame::kLoginChallengeRequest:
       return serveChallenge();
-    case Type::kLoginResponse:
+    case VXPacketFrame::kLoginResponse:
       return serveLoginResponse(payload);
     default:
       hub_.log("client " + std::to_string(id_) + ": unexpected packet type " +
@@ -182,15 +174,16 @@ void VXSimConnection::serveVersion() {
   std::vector<uint8_t> words;
   for (uint32_t word :
        {version.word0, version.word1, version.word2, version.major, version.minor}) {
-    putWord(words, word);
+    words.resize(words.size() + 4);
+    VXPacketFrame::putWord(words.data() + words.size() - 4, word);
   }
-  sendReply(Type::kVersionReply, bufferOf(words));
+  sendReply(VXPacketFrame::kVersionReply, bufferOf(words));
 }
 
 void VXSimConnection::serveChallenge() {
   challenge_.clear();
   if (!hub_.getOptions().password.empty()) challenge_ = hub_.makeChallenge();
-  sendReply(Type::kLoginChallenge, bufferOf(challenge_));
+  sendReply(VXPacketFrame::kLoginChallenge, bufferOf(challenge_));
 }
 
 void VXSimConnection::serveLoginResponse(const AFCBuffer& payload) {
@@ -200,7 +193,7 @@ void VXSimConnection::serveLoginResponse(const AFCBuffer& payload) {
   challenge_.clear();  // one answer per challenge
   loggedIn_ = loggedIn_ || accepted;
   hub_.log("client " + std::to_string(id_) + (accepted ? ": logged in" : ": login refused"));
-  sendReply(Type::kLoginAnswer, bufferOf({static_cast<uint8_t>(accepted ? 1 : 0)}));
+  sendReply(VXPacketFrame::kLoginAnswer, bufferOf({static_cast<uint8_t>(accepted ? 1 : 0)}));
 }
 
 void VXSimConnection::serveAction(const AFCBuffer& payload) {
@@ -233,13 +226,13 @@ void VXSimConnection::serveGetZoneState(const AFCBuffer& payload) {
   }
   AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
   reply.write(out);
-  sendReply(Type::kZoneState, out.getBuffer());
+  sendReply(VXPacketFrame::kZoneState, out.getBuffer());
 }
 
 void VXSimConnection::serveZoneRegistration(uint32_t type, const AFCBuffer& payload) {
   AFCPersistentInputStreamBuffer in(payload.data(), payload.size(), hub_.getCombinedVersion());
   std::string zone = in.readString();
-  if (type == Type::kZoneRegister) {
+  if (type == VXPacketFrame::kZoneRegister) {
     zones_.insert(std::move(zone));
   } else {
     zones_.erase(zone);
@@ -263,7 +256,7 @@ void VXSimConnection::serveRemoteObjectRequest(const AFCBuffer& payload) {
   if (!request || !vxROAIsAsync(request->getKind())) {
     AFCPersistentOutputStreamBuffer out(hub_.getCombinedVersion());
     out.writeObject(&reply);
-    sendReply(Type::kROAReply, out.getBuffer());
+    sendReply(VXPacketFrame::kROAReply, out.getBuffer());
   }
   flushAfterReply();
 }

@@ -1,7 +1,6 @@
 #pragma once
 // One client of the simulator, without the socket: fed the bytes the client sent, it frames
-// them into packets (the 12-byte header with magic 0x56585001, type and payload length, all
-// big-endian; at most 10,000,000 payload bytes), serves each packet against the hub and leaves
+// them into packets (client/packet_frame.h), serves each packet against the hub and leaves
 // the framed bytes to send in its output. So the whole server side can be driven, tested and
 // fuzzed with buffers.
 //
@@ -29,10 +28,7 @@ class VXSimHub;
 
 class VXSimConnection {
  public:
-  static constexpr uint32_t kMagic = 0x56585001;
-  static constexpr std::size_t kHeaderSize = 12;
-  static constexpr uint32_t kMaxPayload = 10000000;
-  // What a magic fault writes instead of kMagic.
+  // What a magic fault writes instead of the frame's magic.
   static constexpr uint32_t kBadMagic = 0x0BADF00D;
   using Clock = std::chrono::steady_clock;
 

@@ -2,15 +2,13 @@
 
 #include <algorithm>
 
-#include "client/client_packet.h"
+#include "client/packet_frame.h"
 #include "commands/misc_commands.h"
 #include "foundation/attribute_string.h"
 #include "foundation/errlog_event.h"
 #include "tools/vxsim/sim_connection.h"
 
 namespace {
-
-using Type = VXClientPacket::PacketType;
 
 constexpr const char* kArea = "vxsim";
 
@@ -62,7 +60,7 @@ void VXSimHub::runAction(VXSimConnection& from, const VXAction& action) {
   for (int32_t id : callbacks) {
     AFCPersistentOutputStreamBuffer out(getCombinedVersion());
     out.writeInt32(id);
-    from.send(Type::kCommandCallback, out.getBuffer());
+    from.send(VXPacketFrame::kCommandCallback, out.getBuffer());
   }
 }
 
@@ -82,7 +80,7 @@ void VXSimHub::notifyZoneChanges() {
     if (wanted.size() == 0) continue;
     AFCPersistentOutputStreamBuffer out(getCombinedVersion());
     wanted.write(out);
-    connection->send(Type::kZoneState, out.getBuffer());
+    connection->send(VXPacketFrame::kZoneState, out.getBuffer());
   }
 }
 
@@ -93,7 +91,7 @@ void VXSimHub::notifyWatchers() {
   for (const auto& [connection, text] : changes) {
     AFCPersistentOutputStreamBuffer out(getCombinedVersion());
     out.writeString(text);
-    connection->send(Type::kServerMessage, out.getBuffer());
+    connection->send(VXPacketFrame::kServerMessage, out.getBuffer());
   }
 }
 
@@ -111,16 +109,17 @@ void VXSimHub::reportError(unsigned level, const std::string& text) {
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   out.writeObject(&entry);
   for (VXSimConnection* connection : connections_) {
-    if (connection->isErrLogSubscriber()) connection->send(Type::kErrLogEntry, out.getBuffer());
+    if (connection->isErrLogSubscriber())
+      connection->send(VXPacketFrame::kErrLogEntry, out.getBuffer());
   }
 }
 
 void VXSimHub::broadcastMessage(const std::string& text) {
-  broadcastText(Type::kServerMessage, text);
+  broadcastText(VXPacketFrame::kServerMessage, text);
 }
 
 void VXSimHub::broadcastPickResult(const std::string& text) {
-  broadcastText(Type::kPickResult, text);
+  broadcastText(VXPacketFrame::kPickResult, text);
 }
 
 void VXSimHub::broadcastText(uint32_t type, const std::string& text) {

@@ -20,7 +20,7 @@
 #include <map>
 #include <set>
 
-#include "client/client_packet.h"
+#include "client/packet_frame.h"
 #include "client/roa_exceptions.h"
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
@@ -205,7 +205,7 @@ VXROAReply VXSimHub::servePick(VXSimConnection& from, const VXROAValues& argumen
   xml += "</pick>";
   AFCPersistentOutputStreamBuffer out(getCombinedVersion());
   out.writeString(xml);
-  from.sendAfterReply(VXClientPacket::kPickResult, out.getBuffer());
+  from.sendAfterReply(VXPacketFrame::kPickResult, out.getBuffer());
   return VXROAReply(VX_ROA_REPLY_VOID);
 }
 
