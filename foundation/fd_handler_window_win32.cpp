@@ -2,6 +2,8 @@
 // WinSock's headers come before the rest of Windows'.
 #include <windows.h>
 
+#include <cstdint>
+
 #include "foundation/errlog.h"
 #include "foundation/fd_handler_window.h"
 #include "foundation/socket.h"
@@ -37,8 +39,21 @@ AFCFDHandlerWindow::~AFCFDHandlerWindow() {
   if (window_ != nullptr) DestroyWindow(hwnd(window_));
 }
 
+namespace {
+// The module that holds this code (the program, or the DLL the foundation is linked into): the
+// window class belongs to it, so its window procedure is never looked up in another module.
+HINSTANCE codeModule() {
+  HMODULE module = nullptr;
+  GetModuleHandleExA(
+      GET_MODULE_HANDLE_EX_FLAG_FROM_ADDRESS | GET_MODULE_HANDLE_EX_FLAG_UNCHANGED_REFCOUNT,
+      reinterpret_cast<LPCSTR>(reinterpret_cast<uintptr_t>(&AFCFDHandlerWindowProcedure::call)),
+      &module);
+  return module;
+}
+}  // namespace
+
 void AFCFDHandlerWindow::createWindow() {
-  const HINSTANCE module = GetModuleHandleA(nullptr);
+  const HINSTANCE module = codeModule();
   WNDCLASSA windowClass{};
   windowClass.lpfnWndProc = &AFCFDHandlerWindowProcedure::call;
   windowClass.hInstance = module;
