@@ -1,0 +1,83 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <windows.h>
+
+#include <cstdint>
+#include <ctime>
+#include <filesystem>
+
+#include "foundation/crash_dump.h"
+#include "foundation/thread.h"
+#include "tests/crash_dump/crash_files.h"
+#include "tests/foundation/errlog_capture.h"
+#include "tests/support/failure_text.h"
+
+namespace {
+std::filesystem::path program() {
+  char path[MAX_PATH];
+  return std::string(path, GetModuleFileNameA(nullptr, path, MAX_PATH));
+}
+}  // namespace
+
+// The fault is translated in this process: inside a Translation scope the access violation comes
+// back as an exception at the call, and ORUDUMP decides whether a minidump is written first.
+TEST(CrashDumpWin32, AccessViolationIsThrownAndDumpedWhenAsked) {
+  AFCCrashDump::install();
+  const struct {
+    const char* orudump;
+    bool dumps;
+  } cases[] = {{"2", true}, {nullptr, false}, {"0", false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.orudump != nullptr ? c.orudump : "unset");
+    removeCrashFiles(program(), ".dmp");
+    setOrudump(c.orudump);
+    CapturedErrLog log;
+    const std::time_t before = std::time(nullptr);
+    const std::string text = failureOf<AFCRunTimeException>([] {
+      AFCCrashDump::Translation translation;
+      readAt(0x10);
+    });
+    setOrudump(nullptr);
+    // The throw unwound the lambda and ran the scope's destructor on the way.
+    EXPECT_FALSE(AFCCrashDump::translating());
+    EXPECT_THAT(text, testing::MatchesRegex(
+                          "Runtime exception ACCESS_VIOLATION CodeAddress=\\w+ DataAddress=10"));
+    const auto files = crashFiles(program(), ".dmp");
+    if (!c.dumps) {
+      EXPECT_THAT(files, testing::IsEmpty());
+      EXPECT_THAT(log.messages(), testing::IsEmpty());
+      continue;
+    }
+    ASSERT_EQ(files.size(), 1u);
+    const std::string name = files[0].filename().string();
+    EXPECT_THAT(crashFileNames(program(), before, std::time(nullptr), ".dmp"),
+                testing::Contains(name));
+    EXPECT_GT(std::filesystem::file_size(files[0]), 0u);
+    EXPECT_THAT(log.messages(),
+                testing::ElementsAre(testing::AllOf(testing::StartsWith("Saved dump file to '"),
+                                                    testing::EndsWith("\\" + name + "'"))));
+    std::filesystem::remove(files[0]);
+  }
+}
+
+// An AFCThread's body runs in a Translation scope: a fault ends that thread, not the process.
+TEST(CrashDumpWin32, FaultInAThreadBodyEndsOnlyThatThread) {
+  class FaultingThread : public AFCThread {
+   public:
+    FaultingThread() : AFCThread("Faulting") {}
+    ~FaultingThread() override { waitForExit(); }
+
+   protected:
+    void run() override { readAt(0x20); }
+  };
+  AFCCrashDump::install();
+  CapturedErrLog log;
+  {
+    FaultingThread thread;
+    thread.start();
+  }
+  EXPECT_THAT(log.messages(),
+              testing::ElementsAre(testing::MatchesRegex(
+                  "Thread Faulting ended by exception, Runtime exception ACCESS_VIOLATION "
+                  "CodeAddress=\\w+ DataAddress=20")));
+}
