@@ -8,7 +8,8 @@
 // "<program>_crash_<day>_<month>_<hour>_<minute>", and the error log says where it went:
 //  - Windows: "<program>_crash_....dmp", a minidump through DBGHELP.DLL (full memory for kind 1,
 //    a normal dump otherwise). A vectored exception handler sees the hardware faults of every
-//    thread. In a thread inside an AFCCrashDump::Translation scope a continuable fault is thrown
+//    thread, before any frame handler: a fault that some __except later handles is dumped too.
+//    In a thread inside an AFCCrashDump::Translation scope a continuable fault is thrown
 //    on as AFCRunTimeException from the faulting instruction, so ordinary catch blocks report
 //    it; elsewhere, and for stack overflows, the fault is only dumped and logged and then goes
 //    on to the frame handlers as before (usually ending the process).
