@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <ctime>
 #include <filesystem>
+#include <fstream>
+#include <string>
 
 #include "foundation/crash_dump.h"
 #include "foundation/thread.h"
@@ -40,8 +42,11 @@ TEST(CrashDumpWin32, AccessViolationIsThrownAndDumpedWhenAsked) {
     setOrudump(nullptr);
     // The throw unwound the lambda and ran the scope's destructor on the way.
     EXPECT_FALSE(AFCCrashDump::translating());
-    EXPECT_THAT(text, testing::MatchesRegex(
+    ASSERT_THAT(text, testing::MatchesRegex(
                           "Runtime exception ACCESS_VIOLATION CodeAddress=\\w+ DataAddress=10"));
+    const auto codeAddress = std::stoull(text.substr(text.find('=') + 1), nullptr, 16);
+    const auto function = reinterpret_cast<std::uintptr_t>(&readAt);
+    EXPECT_THAT(codeAddress, testing::AllOf(testing::Ge(function), testing::Lt(function + 64)));
     const auto files = crashFiles(program(), ".dmp");
     if (!c.dumps) {
       EXPECT_THAT(files, testing::IsEmpty());
@@ -52,7 +57,9 @@ TEST(CrashDumpWin32, AccessViolationIsThrownAndDumpedWhenAsked) {
     const std::string name = files[0].filename().string();
     EXPECT_THAT(crashFileNames(program(), before, std::time(nullptr), ".dmp"),
                 testing::Contains(name));
-    EXPECT_GT(std::filesystem::file_size(files[0]), 0u);
+    char signature[4] = {};
+    std::ifstream(files[0], std::ios::binary).read(signature, sizeof signature);
+    EXPECT_EQ(std::string(signature, sizeof signature), "MDMP");
     EXPECT_THAT(log.messages(),
                 testing::ElementsAre(testing::AllOf(testing::StartsWith("Saved dump file to '"),
                                                     testing::EndsWith("\\" + name + "'"))));
