@@ -67,6 +67,36 @@ TEST(CrashDumpWin32, AccessViolationIsThrownAndDumpedWhenAsked) {
   }
 }
 
+// Outside a scope the fault goes on to the next handler, here one that points the faulting read
+// at a real value, after it was dumped and logged.
+TEST(CrashDumpWin32, FaultOutsideAScopeIsOnlyDumpedAndLogged) {
+  static const int value = 42;
+  const PVECTORED_EXCEPTION_HANDLER redirectRead = [](EXCEPTION_POINTERS* pointers) -> LONG {
+    if (pointers->ExceptionRecord->ExceptionCode != EXCEPTION_ACCESS_VIOLATION) {
+      return EXCEPTION_CONTINUE_SEARCH;
+    }
+    CONTEXT& context = *pointers->ContextRecord;
+    for (DWORD64 CONTEXT::*reg :
+         {&CONTEXT::Rax, &CONTEXT::Rcx, &CONTEXT::Rdx, &CONTEXT::Rbx, &CONTEXT::Rsi, &CONTEXT::Rdi,
+          &CONTEXT::R8, &CONTEXT::R9, &CONTEXT::R10, &CONTEXT::R11}) {
+      if (context.*reg == 0x10) context.*reg = reinterpret_cast<DWORD64>(&value);
+    }
+    return EXCEPTION_CONTINUE_EXECUTION;
+  };
+  AFCCrashDump::install();
+  removeCrashFiles(program(), ".dmp");
+  setOrudump("2");
+  CapturedErrLog log;
+  void* next = AddVectoredExceptionHandler(0, redirectRead);
+  const int read = readAt(0x10);
+  RemoveVectoredExceptionHandler(next);
+  setOrudump(nullptr);
+  EXPECT_EQ(read, value);
+  EXPECT_THAT(log.messages(), testing::ElementsAre(testing::StartsWith("Saved dump file to '")));
+  EXPECT_EQ(crashFiles(program(), ".dmp").size(), 1u);
+  removeCrashFiles(program(), ".dmp");
+}
+
 // An AFCThread's body runs in a Translation scope: a fault ends that thread, not the process.
 TEST(CrashDumpWin32, FaultInAThreadBodyEndsOnlyThatThread) {
   class FaultingThread : public AFCThread {
