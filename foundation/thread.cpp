@@ -4,6 +4,7 @@
 #include <system_error>
 
 #include "foundation/class.h"
+#include "foundation/crash_dump.h"
 #include "foundation/errlog.h"
 
 namespace {
@@ -91,6 +92,8 @@ std::thread::id AFCThread::getThreadId() const {
 }
 
 void AFCThread::threadMain() {
+  // A hardware fault in the body ends the thread through guarded() instead of the process.
+  const AFCCrashDump::Translation translation;
   AFCThreadData::current().thread_ = this;
   if (guarded([this] { init(); })) {
     {

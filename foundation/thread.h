@@ -51,7 +51,8 @@ class AFCThreadData {
 // most derived destructor is the place); this destructor only asks for a stop and waits, as a
 // last resort. start(), requestStop() and
 // waitForExit() may be called from any thread. An AFCEndThreadException from the body ends the
-// thread quietly; any other exception ends it with one line in the error log.
+// thread quietly; any other exception ends it with one line in the error log, and so, on
+// Windows once AFCCrashDump::install() ran, does a hardware fault (as AFCRunTimeException).
 // start() throws AFCThreadException: "Can't start thread <class> twice!", "_beginthreadex failed",
 // "Thread ended prematurely before initialization done" (init() did not finish).
 class AFCThread : public AFCObject {
