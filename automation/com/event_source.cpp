@@ -4,36 +4,18 @@
 // The rest of the platform headers need windows.h first.
 #include <olectl.h>
 
-#include <atomic>
-
 #include "automation/com/bstr_text.h"
 #include "automation/com/error_boundary.h"
+#include "automation/com/unknown_object.h"
 #include "vxbr5.h"
 
 namespace {
 // Enumerates the one connection point of a CEventSource; holds a reference to it (and so to
 // its owner) while it lives.
-class PointEnumerator final : public IEnumConnectionPoints {
+class PointEnumerator final : public CUnknownObject<IEnumConnectionPoints> {
  public:
   PointEnumerator(IConnectionPoint& point, ULONG position) noexcept
       : point_(take(&point)), position_(position) {}
-
-  HRESULT STDMETHODCALLTYPE QueryInterface(REFIID iid, void** object) override {
-    if (object == nullptr) return E_POINTER;
-    if (!IsEqualIID(iid, IID_IUnknown) && !IsEqualIID(iid, IID_IEnumConnectionPoints)) {
-      *object = nullptr;
-      return E_NOINTERFACE;
-    }
-    *object = static_cast<IEnumConnectionPoints*>(this);
-    AddRef();
-    return S_OK;
-  }
-  ULONG STDMETHODCALLTYPE AddRef() override { return ++references_; }
-  ULONG STDMETHODCALLTYPE Release() override {
-    const ULONG left = --references_;
-    if (left == 0) delete this;
-    return left;
-  }
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, IConnectionPoint** points, ULONG* fetched) override {
     if (points == nullptr || (count > 1 && fetched == nullptr)) return E_POINTER;
@@ -67,7 +49,6 @@ class PointEnumerator final : public IEnumConnectionPoints {
  private:
   CUniqueRef<IConnectionPoint> point_;
   ULONG position_;
-  std::atomic<ULONG> references_{1};
 };
 }  // namespace
 
