@@ -31,12 +31,12 @@ struct CReleaseTraits {
   static Type invalid() noexcept { return nullptr; }
   static void close(Type object) noexcept { object->Release(); }
 };
-// Owns one reference; take(object) adds one for an object the caller does not own.
+// Owns one reference; addRef(object) adds one for an object the caller does not own.
 template <class Interface>
 using CUniqueRef = AFCUniqueHandle<CReleaseTraits<Interface>>;
 
 template <class Interface>
-CUniqueRef<Interface> take(Interface* object) noexcept {
+CUniqueRef<Interface> addRef(Interface* object) noexcept {
   if (object != nullptr) object->AddRef();
   return CUniqueRef<Interface>(object);
 }

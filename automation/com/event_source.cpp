@@ -15,13 +15,13 @@ namespace {
 class PointEnumerator final : public CUnknownObject<IEnumConnectionPoints> {
  public:
   PointEnumerator(IConnectionPoint& point, ULONG position) noexcept
-      : point_(take(&point)), position_(position) {}
+      : point_(addRef(&point)), position_(position) {}
 
   HRESULT STDMETHODCALLTYPE Next(ULONG count, IConnectionPoint** points, ULONG* fetched) override {
     if (points == nullptr || (count > 1 && fetched == nullptr)) return E_POINTER;
     ULONG given = 0;
     if (count > 0 && position_ == 0) {
-      points[0] = take(point_.get()).release();
+      points[0] = addRef(point_.get()).release();
       position_ = 1;
       given = 1;
     }
@@ -53,25 +53,27 @@ class PointEnumerator final : public CUnknownObject<IEnumConnectionPoints> {
 }  // namespace
 
 void CEventSource::fire(DISPID id, std::initializer_list<Argument> arguments) {
-  // Invoke takes the arguments last to first.
-  std::vector<CUniqueVariant> values(arguments.size());
-  size_t index = arguments.size();
+  // Invoke takes the arguments last to first. The texts stay owned here: an [in] argument is
+  // the caller's to free.
+  std::vector<CUniqueBstr> texts;
+  texts.reserve(arguments.size());
+  std::vector<VARIANT> values(arguments.size());
+  auto value = values.rbegin();
   for (const Argument& argument : arguments) {
-    VARIANT& value = values[--index].get();
     if (const long* number = std::get_if<long>(&argument)) {
-      value.vt = VT_I4;
-      value.lVal = *number;
+      value->vt = VT_I4;
+      value->lVal = *number;
     } else {
-      value.bstrVal = bstrFromString(std::get<std::string_view>(argument)).release();
-      value.vt = VT_BSTR;
+      texts.push_back(bstrFromString(std::get<std::string_view>(argument)));
+      value->vt = VT_BSTR;
+      value->bstrVal = texts.back().get();
     }
+    ++value;
   }
-  static_assert(sizeof(CUniqueVariant) == sizeof(VARIANT));
-  DISPPARAMS parameters{reinterpret_cast<VARIANT*>(values.data()), nullptr,
-                        static_cast<UINT>(values.size()), 0};
+  DISPPARAMS parameters{values.data(), nullptr, static_cast<UINT>(values.size()), 0};
   std::vector<CUniqueRef<IDispatch>> calling;
   calling.reserve(sinks_.size());
-  for (const Sink& sink : sinks_) calling.push_back(take(sink.events.get()));
+  for (const Sink& sink : sinks_) calling.push_back(addRef(sink.events.get()));
   for (const CUniqueRef<IDispatch>& sink : calling) {
     sink.get()->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &parameters, nullptr,
                        nullptr, nullptr);
@@ -115,7 +117,7 @@ HRESULT CEventSource::GetConnectionInterface(IID* iid) {
 
 HRESULT CEventSource::GetConnectionPointContainer(IConnectionPointContainer** container) {
   if (container == nullptr) return E_POINTER;
-  *container = take(&owner_).release();
+  *container = addRef(&owner_).release();
   return S_OK;
 }
 

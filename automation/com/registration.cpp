@@ -107,11 +107,16 @@ HRESULT unregisterServer() {
     TLIBATTR* attributes = nullptr;
     ITypeLib* library = typeLibrary();
     throwIfFailed(library->GetLibAttr(&attributes));
-    const HRESULT result =
-        UnRegisterTypeLib(attributes->guid, attributes->wMajorVerNum, attributes->wMinorVerNum,
-                          attributes->lcid, attributes->syskind);
+    const TLIBATTR id = *attributes;
     library->ReleaseTLibAttr(attributes);
-    return result;
+    // A library that is not registered (any more) is no failure: unregistering twice works.
+    BSTR registered = nullptr;
+    if (FAILED(QueryPathOfRegTypeLib(id.guid, id.wMajorVerNum, id.wMinorVerNum, id.lcid,
+                                     &registered))) {
+      return S_OK;
+    }
+    SysFreeString(registered);
+    return UnRegisterTypeLib(id.guid, id.wMajorVerNum, id.wMinorVerNum, id.lcid, id.syskind);
   });
 }
 }  // namespace

@@ -59,7 +59,7 @@ std::vector<Expected> classEntries(const CLSID& clsid, const std::wstring& progI
   };
 }
 
-TEST(Registration, WritesEveryClassKeyAndTheTypeLibraryAndRemovesThemAgain) {
+TEST(Registration, WritesEveryKeyAndTheTypeLibraryThenRemovesThemEvenTwice) {
   std::vector<Expected> expected;
   for (const auto& entries :
        {classEntries(CLSID_TitleManager, L"VXBr5.TitleManager", L"TitleManager Class",
@@ -86,5 +86,6 @@ TEST(Registration, WritesEveryClassKeyAndTheTypeLibraryAndRemovesThemAgain) {
   }
   ITypeLib* library = nullptr;
   EXPECT_NE(LoadRegTypeLib(LIBID_VXBR5Lib, 1, 0, 0x409, &library), S_OK);
+  EXPECT_EQ(vxbr5().entry<EntryPoint>("DllUnregisterServer")(), S_OK);
 }
 }  // namespace
