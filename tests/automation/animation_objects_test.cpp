@@ -46,18 +46,17 @@ TEST(AnimationChannelObject, DrivesItsNativeChannelByNames) {
   const VXAnimationChannel& native = *channel.getNative();
   EXPECT_EQ(native.getTargetAddress(), "n1");
   EXPECT_EQ(native.getAfter(), VX_BEYOND_OSCILLATE);
-  VXAnimationChannel::Keyframe first;
-  first.time = 1500000;
-  first.value = 2.0f;
-  first.inInterpolation = VX_INTERPOLATION_LINEAR;
-  first.outInterpolation = VX_INTERPOLATION_STEP;
-  VXAnimationChannel::Keyframe second;
-  second.time = -250000;
-  second.value = 3.0f;
-  second.inInterpolation = VX_INTERPOLATION_FIXED;
-  second.inTangent = {1, 2};
-  second.outTangent = {3, 4};
-  EXPECT_EQ(native.getKeyframes(), (std::vector<VXAnimationChannel::Keyframe>{first, second}));
+  using Keyframe = VXAnimationChannel::Keyframe;
+  const Keyframe first{.time = 1500000,
+                       .value = 2.0f,
+                       .inInterpolation = VX_INTERPOLATION_LINEAR,
+                       .outInterpolation = VX_INTERPOLATION_STEP};
+  const Keyframe second{.time = -250000,
+                        .value = 3.0f,
+                        .inTangent = {1, 2},
+                        .inInterpolation = VX_INTERPOLATION_FIXED,
+                        .outTangent = {3, 4}};
+  EXPECT_EQ(native.getKeyframes(), (std::vector<Keyframe>{first, second}));
 }
 
 TEST(AnimationChannelObject, RefusesNamesOutsideTheEnumerationsAndKeepsTheChannel) {

@@ -63,50 +63,45 @@ TEST(CommandList, ChecksItsArgumentsBeforeAppendingAnything) {
 }
 
 TEST(CommandList, RecordsEachMethodAsItsCommandWithRelativeAddresses) {
-  CCommandList list;
-  list.createNode("Group", "a/b/n");
-  list.createEffect("Blur", "fx");
-  list.copyNode("a/src", "a/copy");
-  list.renameNode("a/b", "c");
-  list.deleteNode("a/b");
-  list.deleteEffect("a/fx");
-  list.loadScene("Lower", "slot/lt");
-  list.doAction("go");
-  list.set("", "x", ScriptValue::integer(1));
-  list.stopAnimation("in", "a");
-  list.preload("");
-  list.beginSequencePreview(1);
-  list.endSequencePreview(2);
-  list.captureStillPreview(3);
-  list.setZoneState(5);
-  list.beginTransaction(ScriptValue::integer(4));
-  list.rollTransaction(ScriptValue::text(u"T"));
-  list.endTransaction();
   VXZonesState on;
   on.set("", true);
-  std::vector<std::unique_ptr<VXCommand>> expected;
-  expected.push_back(std::make_unique<VXCreateNodeCommand>("Group", "n", "a/b"));
-  expected.push_back(std::make_unique<VXCreateEffectCommand>("Blur", "fx", ""));
-  expected.push_back(std::make_unique<VXCopyNodeCommand>("a/src", "copy", "a"));
-  expected.push_back(std::make_unique<VXRenameTargetCommand>("a/b", "c"));
-  expected.push_back(std::make_unique<VXDeleteNodeCommand>("a/b"));
-  expected.push_back(std::make_unique<VXDeleteEffectCommand>("a/fx"));
-  expected.push_back(std::make_unique<VXLoadSceneCommand>("Lower", "slot", "lt", ""));
-  expected.push_back(std::make_unique<VXActivateActionCommand>("go", "", false, ""));
-  expected.push_back(
-      std::make_unique<VXSetAttributeCommand>("", "x", std::make_unique<AFCAttributeInt32>(1)));
-  expected.push_back(std::make_unique<VXStopAnimationCommand>("in", "a", 0));
-  expected.push_back(std::make_unique<VXPreloadCommand>(""));
-  expected.push_back(std::make_unique<VXPreviewCommand>(1, VXPreviewCommand::kSequenceBegin));
-  expected.push_back(std::make_unique<VXPreviewCommand>(2, VXPreviewCommand::kSequenceEnd));
-  expected.push_back(std::make_unique<VXPreviewCommand>(3, VXPreviewCommand::kSingle));
-  expected.push_back(std::make_unique<VXSetZoneStateCommand>(on));
-  expected.push_back(std::make_unique<VXTransactionBeginCommand>("", false));
-  expected.push_back(std::make_unique<VXTransactionRollCommand>("T"));
-  expected.push_back(std::make_unique<VXTransactionEndCommand>());
-  std::vector<Bytes> expectedBytes;
-  for (const auto& command : expected) expectedBytes.push_back(objectBytes(*command));
-  EXPECT_EQ(recordedBytes(list), expectedBytes);
+  using Record = std::function<void(CCommandList&)>;
+  using std::make_shared;
+  const std::pair<Record, std::shared_ptr<VXCommand>> rows[] = {
+      {[](auto& l) { l.createNode("Group", "a/b/n"); },
+       make_shared<VXCreateNodeCommand>("Group", "n", "a/b")},
+      {[](auto& l) { l.createEffect("Blur", "fx"); },
+       make_shared<VXCreateEffectCommand>("Blur", "fx", "")},
+      {[](auto& l) { l.copyNode("a/src", "a/copy"); },
+       make_shared<VXCopyNodeCommand>("a/src", "copy", "a")},
+      {[](auto& l) { l.renameNode("a/b", "c"); }, make_shared<VXRenameTargetCommand>("a/b", "c")},
+      {[](auto& l) { l.deleteNode("a/b"); }, make_shared<VXDeleteNodeCommand>("a/b")},
+      {[](auto& l) { l.deleteEffect("a/fx"); }, make_shared<VXDeleteEffectCommand>("a/fx")},
+      {[](auto& l) { l.loadScene("Lower", "slot/lt"); },
+       make_shared<VXLoadSceneCommand>("Lower", "slot", "lt", "")},
+      {[](auto& l) { l.doAction("go"); },
+       make_shared<VXActivateActionCommand>("go", "", false, "")},
+      {[](auto& l) { l.set("", "x", ScriptValue::integer(1)); },
+       make_shared<VXSetAttributeCommand>("", "x", std::make_unique<AFCAttributeInt32>(1))},
+      {[](auto& l) { l.stopAnimation("in", "a"); },
+       make_shared<VXStopAnimationCommand>("in", "a", 0)},
+      {[](auto& l) { l.preload(""); }, make_shared<VXPreloadCommand>("")},
+      {[](auto& l) { l.beginSequencePreview(1); }, make_shared<VXPreviewCommand>(1, 1)},
+      {[](auto& l) { l.endSequencePreview(2); }, make_shared<VXPreviewCommand>(2, 2)},
+      {[](auto& l) { l.captureStillPreview(3); }, make_shared<VXPreviewCommand>(3, 0)},
+      {[](auto& l) { l.setZoneState(5); }, make_shared<VXSetZoneStateCommand>(on)},
+      {[](auto& l) { l.beginTransaction(ScriptValue::integer(4)); },
+       make_shared<VXTransactionBeginCommand>("", false)},
+      {[](auto& l) { l.rollTransaction(ScriptValue::text(u"T")); },
+       make_shared<VXTransactionRollCommand>("T")},
+      {[](auto& l) { l.endTransaction(); }, make_shared<VXTransactionEndCommand>()},
+  };
+  for (const auto& [record, expected] : rows) {
+    CCommandList list;
+    record(list);
+    EXPECT_EQ(recordedBytes(list), std::vector<Bytes>{objectBytes(*expected)})
+        << expected->toString();
+  }
 }
 
 TEST(CommandList, AnimatesByNameOrObjectWithTheOptionsObjectOrTheDefaults) {

@@ -93,51 +93,33 @@ TEST(ScriptArrayToVector, TakesUpToFourNumbersAndSkipsWhatIsNotOne) {
 
 // Kind, then what the value holds, as one text.
 std::string describe(const ScriptValue& value) {
-  switch (value.getKind()) {
-    case Kind::Empty:
-      return "Empty";
-    case Kind::Integer:
-      return "Integer" + std::to_string(value.getIntegerBits()) + " " +
-             std::to_string(static_cast<int64_t>(value.getNumber()));
-    case Kind::Float:
-      return "Float " + std::to_string(value.getNumber());
-    case Kind::Double:
-      return "Double " + std::to_string(value.getNumber());
-    case Kind::Bool:
-      return "Bool " + std::to_string(value.getBoolWord());
-    case Kind::Text:
-      return "Text " + ScriptValue::toBytes(value.getText());
-    default:
-      return "kind " + std::to_string(static_cast<int>(value.getKind()));
-  }
+  static const char* const kinds[] = {"Empty",  "Null", "Integer", "Float",
+                                      "Double", "Bool", "Text"};
+  const std::string kind = kinds[static_cast<int>(value.getKind())];
+  if (value.getKind() == Kind::Empty) return kind;
+  if (value.getKind() == Kind::Text) return kind + " " + ScriptValue::toBytes(value.getText());
+  const std::string bits =
+      value.getKind() == Kind::Integer ? std::to_string(value.getIntegerBits()) : "";
+  return kind + bits + " " + std::to_string(value.getNumber());
 }
 
 TEST(ScriptValueFromAttribute, GivesEachAttributeItsScriptKindAndTrueAsOne) {
-  const AFCAttributeInt32 unset;
-  const AFCAttributeInt32 int32(-3);
-  const AFCAttributeInt64 int64(int64_t{1} << 40);
-  const AFCAttributeFloat single(0.5f);
-  const AFCAttributeDouble precise(-1.25);
-  const AFCAttributeBool yes(true);
-  const AFCAttributeBool no(false);
-  const AFCAttributeWString wide(u"wide");
-  const AFCAttributeString narrow("plain");
-  const AFCAttributeVec3f vector({1, 2, 3});
-  const std::pair<const AFCAttribute*, std::string> rows[] = {
+  using std::make_shared;
+  const std::pair<std::shared_ptr<AFCAttribute>, std::string> rows[] = {
       {nullptr, "Empty"},
-      {&unset, "Empty"},
-      {&int32, "Integer32 -3"},
-      {&int64, "Integer64 1099511627776"},
-      {&single, "Float 0.500000"},
-      {&precise, "Double -1.250000"},
-      {&yes, "Bool 1"},
-      {&no, "Bool 0"},
-      {&wide, "Text wide"},
-      {&narrow, "Text plain"},
-      {&vector, "Text [1, 2, 3]"},
+      {make_shared<AFCAttributeInt32>(), "Empty"},
+      {make_shared<AFCAttributeInt32>(-3), "Integer32 -3.000000"},
+      {make_shared<AFCAttributeInt64>(int64_t{1} << 40), "Integer64 1099511627776.000000"},
+      {make_shared<AFCAttributeFloat>(0.5f), "Float 0.500000"},
+      {make_shared<AFCAttributeDouble>(-1.25), "Double -1.250000"},
+      {make_shared<AFCAttributeBool>(true), "Bool 1.000000"},
+      {make_shared<AFCAttributeBool>(false), "Bool 0.000000"},
+      {make_shared<AFCAttributeWString>(u"wide"), "Text wide"},
+      {make_shared<AFCAttributeString>("plain"), "Text plain"},
+      {make_shared<AFCAttributeVec3f>(AFCAttributeVec3f::Value{1, 2, 3}), "Text [1, 2, 3]"},
   };
   for (const auto& [attribute, expected] : rows) {
-    EXPECT_EQ(describe(ScriptValue::fromAttribute(attribute)), expected);
+    EXPECT_EQ(describe(ScriptValue::fromAttribute(attribute.get())), expected);
   }
 }
 
