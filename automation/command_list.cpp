@@ -34,8 +34,7 @@ std::string textOrEmpty(const ScriptValue& value) {
 
 VXActivateAnimationOptions optionsOf(const ScriptValue& options) {
   if (!options.isObjectKind()) return {};
-  ScriptObject* object = options.getObject().get();
-  const CAnimationOptions* chosen = object ? object->asAnimationOptions() : nullptr;
+  const CAnimationOptions* chosen = options.asAnimationOptions();
   if (chosen == nullptr) throw AFCIllegalArgumentException("Object is not anim options");
   return chosen->getNative();
 }
@@ -49,8 +48,7 @@ CCallResult CCommandList::animate(const ScriptValue& animNameOrObject, const std
     require(name, "Empty anim name");
     activateAnimation(name, address, chosen);
   } else if (animNameOrObject.isObjectKind()) {
-    ScriptObject* object = animNameOrObject.getObject().get();
-    CAnimation* animation = object ? object->asAnimation() : nullptr;
+    const CAnimation* animation = animNameOrObject.asAnimation();
     if (animation == nullptr) return CCallResult::NoInterface;
     append(std::make_unique<VXActivateClientAnimationCommand>(animation->getNative(), address,
                                                               chosen));

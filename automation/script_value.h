@@ -94,6 +94,12 @@ class ScriptValue {
   double getDate() const { return real_; }
   // Object or Unknown; may be null when the script passed a null object.
   const std::shared_ptr<ScriptObject>& getObject() const { return object_; }
+  // The core object behind an Object or Unknown value; nullptr for any other value, for a null
+  // object and for an object of another kind.
+  CAnimation* asAnimation() const { return object_ ? object_->asAnimation() : nullptr; }
+  CAnimationOptions* asAnimationOptions() const {
+    return object_ ? object_->asAnimationOptions() : nullptr;
+  }
 
   // The attribute a set sends for this value:
   //   Empty, Null: AFCAttributeInt32 left unset;  Integer: AFCAttributeInt32 (getInt32);
