@@ -123,9 +123,4 @@ TEST(ScriptValueFromAttribute, GivesEachAttributeItsScriptKindAndTrueAsOne) {
   }
 }
 
-TEST(ScriptValueText, RoundTripsThroughTheDefaultCharacterSet) {
-  const std::u16string text = u"Gr\u00fc\u00dfe \u20ac";
-  EXPECT_EQ(ScriptValue::fromBytes(ScriptValue::toBytes(text)), text);
-}
-
 }  // namespace
