@@ -19,6 +19,9 @@ void VXClient::addSlave(VXClient* slave) {
     AFC_REPORT(AFC_ERRLOG_WARNING, "libVX", "Slave already belongs to other master");
     return;
   }
+  // A session whose flag another session's removeSlave cleared still stands in its old master's
+  // list; it leaves that list now, so that it is listed by one master at most.
+  if (slave->master_ != nullptr) std::erase(slave->master_->slaves_, slave);
   slaves_.push_back(slave);
   slave->isSlave_ = true;
   slave->master_ = this;
@@ -30,7 +33,6 @@ void VXClient::removeSlave(VXClient* slave) {
     slaves_.clear();
     return;
   }
-  if (std::erase(slaves_, slave) == 0) return;
   slave->isSlave_ = false;
-  slave->master_ = nullptr;
+  if (std::erase(slaves_, slave) != 0) slave->master_ = nullptr;
 }

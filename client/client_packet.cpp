@@ -49,8 +49,16 @@ void VXClientPacket::setSilentErrors(bool silent) {
 
 bool VXClientPacket::connect() {
   if (isOpen()) return true;
-  openTransport();
-  return isOpen();
+  connectFailure_.clear();
+  try {
+    openTransport();
+  } catch (const AFCException& e) {
+    if (connectFailure_.empty()) connectFailure_ = e.what();
+    throw;
+  }
+  if (isOpen()) return true;
+  if (connectFailure_.empty()) connectFailure_ = "Vexel connection failed, " + getServerAddress();
+  return false;
 }
 
 bool VXClientPacket::close() {
@@ -106,8 +114,8 @@ void VXClientPacket::queryServerVersion() {
     }
     setVersion(wordAt(reply, 4), wordAt(reply, 8), wordAt(reply, 12), wordAt(reply, 16));
   } catch (const AFCException& e) {
-    AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "libVX")
-        << "Can't get server version, " << e.what() << '\n';
+    connectFailure_ = std::string("Can't get server version, ") + e.what();
+    AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "libVX") << connectFailure_ << '\n';
     close();
     setVersion(1, 0, 0, 0);
   }
@@ -124,7 +132,8 @@ void VXClientPacket::logIn() {
     request(kLoginResponse, AFCBuffer(response.data(), response.size()), kLoginAnswer, answer);
     if (answer.empty() || answer.data()[0] == 0) throw VXClientException("Incorrect password.");
   } catch (const AFCException& e) {
-    AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "libVX") << "Can't authenticate, " << e.what() << '\n';
+    connectFailure_ = std::string("Can't authenticate, ") + e.what();
+    AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "libVX") << connectFailure_ << '\n';
     close();
     throw;
   }

@@ -62,6 +62,9 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
   bool isDebug() const { return debug_; }
   bool getSilentErrors() const { return silentErrors_; }
   bool isConnected() const { return connected_; }
+  // Why the last connect() failed, whether it threw or returned false ("Can't get server
+  // version, ..." and the like); empty after one that succeeded.
+  const std::string& getConnectFailure() const { return connectFailure_; }
 
   void setSilentErrors(bool silent) override;
   void setPassword(const std::string& password) override { password_ = password; }
@@ -173,10 +176,13 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
     list.erase(found);
     return list.empty();
   }
+  // What a guard writes for a failure that is not an AFCException: its description, or (for the
+  // message listeners) "unknown excpetion".
+  enum class ForeignFailure { kDescribe, kUnknown };
   // Calls the listener's method in a guard: a failure becomes the error-log line failure text
   // and the description.
   void guardedCall(AFCObject& listener, const char* method, AFCAttribute& argument,
-                   const char* failureText);
+                   const char* failureText, ForeignFailure foreign = ForeignFailure::kDescribe);
 
   const int32_t clientIndex_;
   bool debug_ = false;
@@ -186,6 +192,7 @@ class VXClientPacket : public VXClient, public VXCommProtocol, public VXROAManag
   bool silentErrors_ = false;
   bool connected_ = false;
   std::string password_;
+  std::string connectFailure_;
   uint32_t versionWord1_ = 0;
   uint32_t versionWord2_ = 0;
   uint32_t versionMajor_ = 0;

@@ -25,13 +25,14 @@ void logError(const std::string& text) { AFC_REPORT(AFC_ERRLOG_ERROR, "libVX", t
 }  // namespace
 
 void VXClientPacket::guardedCall(AFCObject& listener, const char* method, AFCAttribute& argument,
-                                 const char* failureText) {
+                                 const char* failureText, ForeignFailure foreign) {
   try {
     vxCallListener(listener, method, argument);
   } catch (const AFCException& e) {
     logError(std::string(failureText) + e.what());
   } catch (const std::exception& e) {
-    logError(std::string(failureText) + e.what());
+    logError(std::string(failureText) +
+             (foreign == ForeignFailure::kUnknown ? "unknown excpetion" : e.what()));
   } catch (...) {
     logError(std::string(failureText) + "unknown excpetion");
   }
@@ -208,8 +209,8 @@ void VXClientPacket::callServerMessageListeners(const std::string& message) {
   AFCAttributeString argument(message);
   for (VXServerMessageListener* listener : snapshot(serverMessageListeners_)) {
     debugLine("onMessage: ", message);
-    guardedCall(*listener, "onMessage", argument,
-                "VXClientPacket: Server Message Listener failed, ");
+    guardedCall(*listener, "onMessage", argument, "VXClientPacket: Server Message Listener failed, ",
+                ForeignFailure::kUnknown);
   }
 }
 

@@ -1,5 +1,6 @@
 #include "commands/begin_end_builder.h"
 
+#include <algorithm>
 #include <atomic>
 #include <string>
 #include <utility>
@@ -42,16 +43,33 @@ void VXCommandListBeginEndBuilder::setChannel(uint32_t channel) {
 
 uint32_t VXCommandListBeginEndBuilder::getChannel() const {
   const uint32_t* slot = threadChannelSlot(id_, false);
-  return slot && *slot != 0 ? *slot - 1 : defaultChannel_;
+  return slot && *slot != 0 ? *slot - 1 : defaultChannel_.load(std::memory_order_relaxed);
 }
 
 VXCommandListBeginEndBuilder::Stack& VXCommandListBeginEndBuilder::currentStack() {
-  return openActions_[getChannel()];
+  Channel* channel = nullptr;
+  {
+    std::lock_guard lock(channelsLock_);
+    channel = &openActions_[getChannel()];
+  }
+  const uint64_t generation = clearGeneration_.load(std::memory_order_acquire);
+  if (channel->generation != generation) {
+    channel->actions.clear();
+    channel->generation = generation;
+  }
+  return channel->actions;
 }
 
 int VXCommandListBeginEndBuilder::depth() const {
-  auto found = openActions_.find(getChannel());
-  return found == openActions_.end() ? 0 : static_cast<int>(found->second.size());
+  const Channel* channel = nullptr;
+  {
+    std::lock_guard lock(channelsLock_);
+    auto found = openActions_.find(getChannel());
+    if (found == openActions_.end()) return 0;
+    channel = &found->second;
+  }
+  if (channel->generation != clearGeneration_.load(std::memory_order_acquire)) return 0;
+  return static_cast<int>(channel->actions.size());
 }
 
 std::unique_ptr<VXAction> VXCommandListBeginEndBuilder::newAction(uint32_t channel) const {
@@ -97,25 +115,28 @@ void VXCommandListBeginEndBuilder::end() {
     trace("end (no begin!)");
     return;
   }
-  std::unique_ptr<VXAction> top = std::move(stack.back());
-  stack.pop_back();
-  if (auto* merged = dynamic_cast<VXMergedAction*>(top.get()); merged && !stack.empty()) {
+  if (auto* merged = dynamic_cast<VXMergedAction*>(stack.back().get()); merged && stack.size() > 1) {
     trace("end (merge)");
     if (merged->isInTransaction()) trace("transactionEnd() implicit due to merge");
+    const std::unique_ptr<VXAction> top = std::move(stack.back());
+    stack.pop_back();
     merged->foldInto(*stack.back());
     return;
   }
+  const VXAction& top = *stack.back();
   if (traceEnabled()) {
     std::ostream& line = traceStream() << "end (sending)";
-    if (dynamic_cast<const VXChannelAction*>(top.get())) {
-      line << ", channel " << top->getChannel();
-    }
+    if (dynamic_cast<const VXChannelAction*>(&top)) line << ", channel " << top.getChannel();
     line << '\n';
   }
-  sendAction(*top);
+  // Popped only once sent: a send that throws leaves the action open. A send that closes the
+  // session meanwhile only marks the stacks, so top is still ours here.
+  sendAction(top);
+  stack.pop_back();
 }
 
 bool VXCommandListBeginEndBuilder::rollback(int level) {
+  level = std::max(level, 0);
   Stack& stack = currentStack();
   const int before = static_cast<int>(stack.size());
   if (before <= level || stack.empty()) return true;
@@ -126,8 +147,11 @@ bool VXCommandListBeginEndBuilder::rollback(int level) {
 
 int VXCommandListBeginEndBuilder::flush(int level) {
   trace("flush");
+  level = std::max(level, 0);
   while (depth() > level) end();
   return depth();
 }
 
-void VXCommandListBeginEndBuilder::clearOpenActions() { openActions_.clear(); }
+void VXCommandListBeginEndBuilder::clearOpenActions() {
+  clearGeneration_.fetch_add(1, std::memory_order_acq_rel);
+}

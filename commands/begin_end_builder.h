@@ -5,13 +5,21 @@
 // begin opens a merged action that is folded into its parent at its end, closing a transaction
 // it left open.
 //
-// The channel is per calling thread (set with setChannel, else the default channel); a channel's
-// stack is used by one thread at a time and is not locked. The builder owns the open actions;
-// whatever sendAction throws passes to the caller, and the action being sent is destroyed on the
-// way out. Trace lines go to traceStream() when traceEnabled() says so.
+// Threads: the channel is per calling thread (set with setChannel, else the default channel).
+// Threads on different channels build independent stacks: the map of stacks is locked, a
+// channel's stack is not, so one channel is used by one thread at a time. clearOpenActions may
+// come from any thread (a session closed by its event loop): it marks every open action
+// discarded, and each channel's thread drops them, unsent, at its next use of the builder; an
+// action being sent at that moment is still sent.
+//
+// Exceptions: whatever sendAction throws passes to the caller. A failed end() leaves the action
+// open and the depth unchanged; a record sent alone is destroyed on the way out. Trace lines go to
+// traceStream() when traceEnabled() says so.
+#include <atomic>
 #include <cstdint>
 #include <deque>
 #include <memory>
+#include <mutex>
 #include <ostream>
 #include <string_view>
 #include <unordered_map>
@@ -28,8 +36,8 @@ class VXCommandListBeginEndBuilder : public VXCommandListBuilder {
   void setChannel(uint32_t channel);
   // The calling thread's channel if it set one, else the default channel.
   uint32_t getChannel() const;
-  void setDefaultChannel(uint32_t channel) { defaultChannel_ = channel; }
-  uint32_t getDefaultChannel() const { return defaultChannel_; }
+  void setDefaultChannel(uint32_t channel) { defaultChannel_.store(channel, std::memory_order_relaxed); }
+  uint32_t getDefaultChannel() const { return defaultChannel_.load(std::memory_order_relaxed); }
 
   void addCommand(std::unique_ptr<VXCommand> record) override;
   // Opens an action on the current channel; nested inside an open one, a merged action. Returns
@@ -37,13 +45,17 @@ class VXCommandListBeginEndBuilder : public VXCommandListBuilder {
   virtual int beginImmediate(bool nested);
   // Closes the innermost open action: sends it when it is the outermost, else folds or sends it.
   virtual void end();
-  // Discards open actions, unsent, until level remain; true when nothing was discarded.
+  // Discards open actions, unsent, until level remain; true when nothing was discarded. A
+  // negative level counts as 0.
   virtual bool rollback(int level);
-  // Ends open actions until at most level remain; returns the depth after.
+  // Ends open actions until at most level remain; returns the depth after. A negative level
+  // counts as 0.
   virtual int flush(int level);
+  // Sends a finished action as it is, past the open actions (a replayed command list).
+  void sendWholeAction(const VXAction& action) { sendAction(action); }
   // The number of open actions of the current channel.
   int depth() const;
-  // Destroys every open action of every channel without sending it.
+  // Discards every open action of every channel without sending it (see the class comment).
   void clearOpenActions();
 
  protected:
@@ -55,13 +67,24 @@ class VXCommandListBeginEndBuilder : public VXCommandListBuilder {
 
  private:
   using Stack = std::deque<std::unique_ptr<VXAction>>;
+  // A channel's open actions and the clear generation they belong to; both touched only by the
+  // channel's thread.
+  struct Channel {
+    Stack actions;
+    uint64_t generation = 0;
+  };
 
+  // The current channel's stack, emptied first when clearOpenActions came since its last use.
   Stack& currentStack();
   std::unique_ptr<VXAction> newAction(uint32_t channel) const;
   void trace(std::string_view text);
 
-  std::unordered_map<uint32_t, Stack> openActions_;
-  uint32_t defaultChannel_ = 0;
+  // Nodes of an unordered_map stay put when it grows, so a stack found under the lock may be
+  // used after it.
+  mutable std::mutex channelsLock_;
+  std::unordered_map<uint32_t, Channel> openActions_;
+  std::atomic<uint64_t> clearGeneration_{0};
+  std::atomic<uint32_t> defaultChannel_{0};
   // Identifies this builder in the per-thread channel slots; never reused within a process.
   const uint64_t id_;
 };

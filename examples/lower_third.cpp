@@ -85,13 +85,14 @@ int32_t fadeInWithCallback(VXClientTcp& session) {
 
 // Pumps the thread's descriptor handler, where the server's events arrive, until the callback
 // came or the time is up.
-bool waitForCallback(const Events& events, int32_t id, std::chrono::milliseconds limit) {
+bool waitForCallback(AFCFDHandler& handler, const Events& events, int32_t id,
+                     std::chrono::milliseconds limit) {
   const auto deadline = std::chrono::steady_clock::now() + limit;
   while (std::chrono::steady_clock::now() < deadline) {
     for (int32_t seen : events.callbacks) {
       if (seen == id) return true;
     }
-    AFCFDHandler::getDefault().mainLoop(20);
+    handler.mainLoop(20);
   }
   return false;
 }
@@ -114,23 +115,26 @@ void queryRemoteObjects(VXClientTcp& session) {
   std::printf("remote ::Preview.generateID = %s\n", id ? id->toString().c_str() : "<none>");
 }
 
-int run(VXClientTcp& session, Events& events) {
+int run(AFCFDHandler& handler, VXClientTcp& session, Events& events) {
   session.addErrLogListener(&events);
   session.addZoneNotifyListener(kZone, &events);
   session.addCommandCallbackListener(&events);
-  session.connect();
+  if (!session.connect()) {
+    std::fprintf(stderr, "lower_third: %s\n", session.getConnectFailure().c_str());
+    return 1;
+  }
   std::printf("connected to %s, server version %s\n", session.getServerAddress().c_str(),
               session.getServerVersion().c_str());
 
   setUpTitle(session);
   const int32_t id = fadeInWithCallback(session);
-  if (!waitForCallback(events, id, std::chrono::seconds(5))) {
+  if (!waitForCallback(handler, events, id, std::chrono::seconds(5))) {
     std::fprintf(stderr, "lower_third: callback %d did not come within 5 s\n", id);
     return 1;
   }
   switchZoneOn(session);
   queryRemoteObjects(session);
-  AFCFDHandler::getDefault().mainLoop(100);  // late events, such as the zone notification
+  handler.mainLoop(100);  // late events, such as the zone notification
   return 0;
 }
 
@@ -140,16 +144,14 @@ int main(int argc, char** argv) {
   registerClientClasses();
   Events events;
   int status = 1;
-  {
-    VXClientTcp session;
-    if (argc > 1) session.setServerAddress(argv[1]);
-    try {
-      status = run(session, events);
-    } catch (const AFCException& e) {
-      std::fprintf(stderr, "lower_third: %s\n", e.what());
-    }
-    session.close();
+  AFCDefaultFDHandler handler;  // the server's events arrive where this thread pumps it
+  VXClientTcp session;
+  if (argc > 1) session.setServerAddress(argv[1]);
+  try {
+    status = run(handler.get(), session, events);
+  } catch (const AFCException& e) {
+    std::fprintf(stderr, "lower_third: %s\n", e.what());
   }
-  AFCFDHandler::releaseDefault();
+  session.close();
   return status;
 }

@@ -12,14 +12,14 @@ std::string AFCException::toString() const {
 }
 
 const char* AFCException::what() const noexcept {
-  thread_local std::string rendered;
-  try {
-    rendered.clear();
-    print(rendered);
-  } catch (...) {
-    rendered = "AFCException";
+  if (!rendered_) {
+    try {
+      rendered_ = toString();
+    } catch (...) {
+      return "AFCException";
+    }
   }
-  return rendered.c_str();
+  return rendered_->c_str();
 }
 
 namespace {

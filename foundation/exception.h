@@ -1,9 +1,10 @@
 #pragma once
 // The foundation's exception tree. Every exception renders its text through the virtual
-// print operation; what() renders it into a per-thread buffer that stays valid until the
-// next what() on the same thread.
+// print operation; what() renders it once into the exception itself, so the text lives as long
+// as the exception. Like any exception object, one is not shared between threads unlocked.
 #include <cstdint>
 #include <exception>
+#include <optional>
 #include <string>
 
 class AFCException : public std::exception {
@@ -20,6 +21,9 @@ public:
 
 protected:
   std::string message_;
+
+private:
+  mutable std::optional<std::string> rendered_;  // what()'s text, made on its first call
 };
 
 // An exception family whose text is its message, with the constructors of its base.

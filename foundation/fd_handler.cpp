@@ -147,6 +147,18 @@ AFCFDHandler& AFCFDHandler::getDefault() {
 
 void AFCFDHandler::releaseDefault() { delete std::exchange(threadDefault, nullptr); }
 
+namespace {
+thread_local int threadDefaultHolders = 0;
+}  // namespace
+
+AFCDefaultFDHandler::AFCDefaultFDHandler() : handler_(AFCFDHandler::getDefault()) {
+  ++threadDefaultHolders;
+}
+
+AFCDefaultFDHandler::~AFCDefaultFDHandler() {
+  if (--threadDefaultHolders == 0) AFCFDHandler::releaseDefault();
+}
+
 void AFCFDHandler::deliver(const Entry& entry, uint32_t events) {
   AFCFDRequest& request = *entry.request;
   // A waitable handle has no mask: its being signalled is the one event it has.

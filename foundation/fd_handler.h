@@ -167,10 +167,8 @@ class AFCFDHandler : public AFCFDAsyncRegistry {
   static AFCFDHandler* getThreadHandler();
   // The handler attached to the calling thread; when there is none, the platform's default
   // variant (the window on Windows, the event variant on POSIX) is made, attached, and owned by
-  // the thread until releaseDefault(), which the thread must call before it ends.
+  // the thread until the thread's last AFCDefaultFDHandler goes (hold one while using it).
   static AFCFDHandler& getDefault();
-  // Destroys the calling thread's handler made by getDefault(), if any.
-  static void releaseDefault();
 
  protected:
   AFCFDHandler() = default;
@@ -189,9 +187,29 @@ class AFCFDHandler : public AFCFDAsyncRegistry {
   uint32_t readinessEvents(const Entry& entry, bool readable, bool writable, bool failed);
 
  private:
+  friend class AFCDefaultFDHandler;
   static std::unique_ptr<AFCFDHandler> makePlatformDefault();
+  // Destroys the calling thread's handler made by getDefault(), if any.
+  static void releaseDefault();
   // Sends a held-back close once no byte is left; true when it did.
   bool deliverHeldClose(const Entry& entry);
+};
+
+// Holds the calling thread's default handler: the first holder of a thread makes it (or takes the
+// one attached), and when the thread's last holder goes, a handler that getDefault() made is
+// destroyed. Bound to its thread: neither copied nor moved, destroyed on the thread that made it.
+class AFCDefaultFDHandler {
+ public:
+  AFCDefaultFDHandler();
+  ~AFCDefaultFDHandler();
+  AFCDefaultFDHandler(const AFCDefaultFDHandler&) = delete;
+  AFCDefaultFDHandler& operator=(const AFCDefaultFDHandler&) = delete;
+
+  AFCFDHandler& get() const { return handler_; }
+  AFCFDHandler* operator->() const { return &handler_; }
+
+ private:
+  AFCFDHandler& handler_;
 };
 
 // The select() variant, on both platforms. It cannot be woken; with no request it sleeps a

@@ -86,23 +86,29 @@ TEST(ClientPacketEvents, RefusesAMalformedPayload) {
 }
 
 TEST(ClientPacketEvents, AFailingListenerIsLoggedAndTheNextOneStillRuns) {
-  CapturedErrLog log;
-  std::vector<std::string> calls;
-  RecordingListener bad(&calls, "bad"), good(&calls, "good");
-  bad.fail("oops");
-  ScriptedSession session;
-  session.addServerMessageListener(&bad);
-  session.addServerMessageListener(&good);
-  session.addConnectListener(&bad);
-  session.addConnectListener(&good);
-  session.callServerMessageListeners("m");
-  session.serverSends(versionReply(2100, 1));
-  session.connect();
-  EXPECT_EQ(calls, (std::vector<std::string>{"bad: message m", "good: message m", "bad: connect 0",
-                                             "good: connect 0"}));
-  EXPECT_EQ(log.messages(),
-            (std::vector<std::string>{"VXClientPacket: Server Message Listener failed, oops",
-                                      "VXClientPacket: connect listener failed, oops"}));
+  // A message listener's failure that is not one of ours is logged as unknown, the others' with
+  // their text.
+  for (bool foreign : {false, true}) {
+    CapturedErrLog log;
+    std::vector<std::string> calls;
+    RecordingListener bad(&calls, "bad"), good(&calls, "good");
+    bad.fail("oops", foreign);
+    ScriptedSession session;
+    session.addServerMessageListener(&bad);
+    session.addServerMessageListener(&good);
+    session.addConnectListener(&bad);
+    session.addConnectListener(&good);
+    session.callServerMessageListeners("m");
+    session.serverSends(versionReply(2100, 1));
+    session.connect();
+    EXPECT_EQ(calls, (std::vector<std::string>{"bad: message m", "good: message m",
+                                               "bad: connect 0", "good: connect 0"}));
+    EXPECT_EQ(log.messages(),
+              (std::vector<std::string>{
+                  std::string("VXClientPacket: Server Message Listener failed, ") +
+                      (foreign ? "unknown excpetion" : "oops"),
+                  "VXClientPacket: connect listener failed, oops"}));
+  }
 }
 
 TEST(ClientPacketEvents, KeepsDuplicatesAndRemovesOneEntryAtATime) {

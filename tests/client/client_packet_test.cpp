@@ -75,6 +75,7 @@ TEST(ClientPacket, AWrongPasswordClosesTheSessionAndFailsTheConnect) {
   EXPECT_EQ(session.getServerVersionMajor(), 0u);
   EXPECT_TRUE(calls.empty());
   EXPECT_EQ(log.messages(), std::vector<std::string>{"Can't authenticate, Incorrect password."});
+  EXPECT_EQ(session.getConnectFailure(), "Can't authenticate, Incorrect password.");
 }
 
 TEST(ClientPacket, AnEmptyLoginAnswerIsARefusal) {
@@ -98,6 +99,10 @@ TEST(ClientPacket, AFailedVersionQueryClosesButTheHandshakeGoesOn) {
   EXPECT_EQ(session.getServerVersionWord1(), 1u);
   EXPECT_EQ(session.getServerVersionMajor(), 0u);
   EXPECT_EQ(calls, std::vector<std::string>{"l: connect 0"});
+  EXPECT_EQ(session.getConnectFailure(), log.messages().front());
+  session.serverSends(versionReply(2100, 1));
+  EXPECT_TRUE(session.connect());
+  EXPECT_EQ(session.getConnectFailure(), "");
 }
 
 TEST(ClientPacket, RendersTheVersionText) {

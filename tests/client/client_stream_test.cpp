@@ -163,6 +163,16 @@ TEST(ClientStream, WriteErrorsPropagateUnlessSilentThenTheyCloseTheSession) {
   session.sendPacket(0, AFCBuffer());
   EXPECT_FALSE(session.isOpen());
   EXPECT_EQ(log.messages(), std::vector<std::string>{"VX2Client: IO error, broken pipe"});
+
+  // An end() whose send closes the session: every open action goes with it.
+  session.openWithoutHandshake();
+  session.beginImmediate(false);
+  session.beginImmediate(false);
+  session.deleteNode("a");
+  session.failNextWrite("broken pipe");
+  session.end();
+  EXPECT_FALSE(session.isOpen());
+  EXPECT_EQ(session.depth(), 0);
 }
 
 TEST(ClientStream, APeerCloseRunsTheDisconnectListenersOnce) {

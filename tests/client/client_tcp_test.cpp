@@ -261,6 +261,7 @@ TEST(ClientTcpAddress, AnUnreadablePortIsAWrongPortNumber) {
   session.setServerAddress("127.0.0.1:http");
   EXPECT_EQ(failureOf<VXClientException>([&] { session.connect(); }),
             "Vexel connection failed, Wrong port number");
+  EXPECT_EQ(session.getConnectFailure(), "Vexel connection failed, Wrong port number");
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <deque>
 #include <functional>
 #include <sstream>
+#include <stdexcept>
 #include <string>
 #include <vector>
 
@@ -130,7 +131,8 @@ inline std::vector<uint32_t> ScriptedSession::writtenTypes() const {
   return types;
 }
 
-// Listeners that record their calls; fail() makes every later call throw.
+// Listeners that record their calls; fail() makes every later call throw an AFCException, or
+// with foreign set a std::runtime_error.
 struct RecordingListener : VXConnectListener,
                            VXDisconnectListener,
                            VXErrLogListener,
@@ -140,7 +142,10 @@ struct RecordingListener : VXConnectListener,
                            VXZoneStateListener {
   explicit RecordingListener(std::vector<std::string>* log, std::string name = "l")
       : log_(log), name_(std::move(name)) {}
-  void fail(std::string text) { failure_ = std::move(text); }
+  void fail(std::string text, bool foreign = false) {
+    failure_ = std::move(text);
+    foreign_ = foreign;
+  }
 
   void onServerConnect(int32_t index) override { note("connect " + std::to_string(index)); }
   void onServerDisconnect(int32_t index) override { note("disconnect " + std::to_string(index)); }
@@ -158,9 +163,12 @@ struct RecordingListener : VXConnectListener,
   void note(const std::string& what) {
     log_->push_back(name_ + ": " + what);
     if (during) during();
-    if (!failure_.empty()) throw AFCException(failure_);
+    if (failure_.empty()) return;
+    if (foreign_) throw std::runtime_error(failure_);
+    throw AFCException(failure_);
   }
   std::vector<std::string>* log_;
   std::string name_;
   std::string failure_;
+  bool foreign_ = false;
 };

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <map>
 #include <thread>
 
 #include "commands/misc_commands.h"
@@ -150,17 +151,68 @@ TEST_F(BeginEndBuilder, ClearOpenActionsDropsEveryChannelUnsent) {
   EXPECT_THAT(builder_.sent(), IsEmpty());
 }
 
-TEST_F(BeginEndBuilder, AFailedSendLeavesNoActionOpen) {
+TEST_F(BeginEndBuilder, AFailedEndLeavesTheActionOpen) {
   builder_.beginImmediate(false);
   builder_.wait(1);
   builder_.failNextSend("wire down");
   EXPECT_THROW(builder_.end(), AFCException);
-  EXPECT_EQ(builder_.depth(), 0);
+  EXPECT_EQ(builder_.depth(), 1);
+  builder_.end();
   builder_.failNextSend("wire down");
   EXPECT_THROW(builder_.wait(2), AFCException);
-  builder_.wait(3);
   ASSERT_EQ(builder_.sent().size(), 1u);
-  EXPECT_THAT(builder_.sent()[0].commands, ElementsAre("Wait 3"));
+  EXPECT_THAT(builder_.sent()[0].commands, ElementsAre("Wait 1"));
+  EXPECT_EQ(builder_.depth(), 0);
+}
+
+TEST_F(BeginEndBuilder, ANegativeLevelCountsAsZero) {
+  for (bool roll : {true, false}) {
+    builder_.beginImmediate(false);
+    builder_.beginImmediate(true);
+    if (roll) {
+      EXPECT_FALSE(builder_.rollback(-1));
+    } else {
+      EXPECT_EQ(builder_.flush(-1), 0);
+    }
+    EXPECT_EQ(builder_.depth(), 0);
+  }
+  EXPECT_EQ(builder_.sent().size(), 1u);
+}
+
+TEST_F(BeginEndBuilder, AClearFromAnotherThreadDropsTheActionsAtTheirNextUse) {
+  builder_.beginImmediate(false);
+  builder_.wait(1);
+  std::thread([&] { builder_.clearOpenActions(); }).join();
+  EXPECT_EQ(builder_.depth(), 0);
+  builder_.wait(2);
+  builder_.end();
+  ASSERT_EQ(builder_.sent().size(), 1u);
+  EXPECT_THAT(builder_.sent()[0].commands, ElementsAre("Wait 2"));
+}
+
+// Races here are found by the ThreadSanitizer build.
+TEST(BeginEndBuilderThreads, ThreadsOnDifferentChannelsBuildIndependently) {
+  VXRecordingBuilder builder(false);  // trace lines of several threads would interleave
+  constexpr int kActions = 200;
+  std::vector<std::thread> threads;
+  for (uint32_t channel = 1; channel <= 4; ++channel) {
+    threads.emplace_back([&, channel] {
+      builder.setChannel(channel);
+      for (int i = 0; i < kActions; ++i) {
+        builder.beginImmediate(false);
+        builder.wait(static_cast<int32_t>(channel));
+        builder.end();
+      }
+    });
+  }
+  for (auto& thread : threads) thread.join();
+  std::map<uint32_t, int> perChannel;
+  for (const auto& sent : builder.sent()) {
+    EXPECT_THAT(sent.commands, ElementsAre("Wait " + std::to_string(sent.channel)));
+    ++perChannel[sent.channel];
+  }
+  EXPECT_THAT(perChannel, ElementsAre(std::pair{1u, kActions}, std::pair{2u, kActions},
+                                      std::pair{3u, kActions}, std::pair{4u, kActions}));
 }
 
 TEST_F(BeginEndBuilder, EachThreadBuildsOnItsOwnChannel) {

@@ -46,9 +46,11 @@ TEST(AttributeVecNf, TextSetsTheNumberOfChannels) {
   value.fromString("[1, , 3]");
   EXPECT_EQ(value.getChannelCount(), 3);
   EXPECT_EQ(value.toString(), "[1, , 3]");
-  value.fromString("[]");
-  EXPECT_EQ(value.getChannelCount(), 0);
-  EXPECT_FALSE(value.isDefined());
+  for (const char* empty : {"[]", "[ ]", "[\t]", "[ \t ]"}) {
+    value.fromString(empty);
+    EXPECT_EQ(value.getChannelCount(), 0) << empty;
+    EXPECT_FALSE(value.isDefined());
+  }
   value.fromString("4.5");
   EXPECT_EQ(value.toString(), "[4.5]");
 }

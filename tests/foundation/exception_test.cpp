@@ -11,6 +11,15 @@ TEST(Exception, RendersTextThroughWhat) {
   EXPECT_STREQ(AFCCloneNotImplementedException().what(), "Clone not implemented");
 }
 
+TEST(Exception, EachWhatTextBelongsToItsException) {
+  const AFCException first("first");
+  const AFCNullPointerException second("x");
+  const char* a = first.what();
+  const char* b = second.what();
+  EXPECT_STREQ(a, "first");
+  EXPECT_STREQ(b, "Null pointer to x");
+}
+
 TEST(Exception, IllegalStateSharesTheIllegalArgumentWords) {
   EXPECT_STREQ(AFCIllegalArgumentException().what(), "Illegal Argument Exception");
   EXPECT_STREQ(AFCIllegalArgumentException("No node name").what(),

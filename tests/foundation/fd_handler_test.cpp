@@ -203,18 +203,24 @@ TEST(FDHandler, TheBaseLoopOnlyReportsThatItCannotRun) {
   EXPECT_FALSE(bare.wakeUp());
 }
 
-TEST(FDHandler, EachThreadHasItsOwnDefaultHandler) {
-  AFCFDHandler& mine = AFCFDHandler::getDefault();
-  EXPECT_EQ(&AFCFDHandler::getDefault(), &mine);
-  EXPECT_EQ(AFCFDHandler::getThreadHandler(), &mine);
-  AFCFDHandler* theirs = nullptr;
-  std::thread([&] {
-    theirs = &AFCFDHandler::getDefault();
-    AFCFDHandler::releaseDefault();
-    EXPECT_EQ(AFCFDHandler::getThreadHandler(), nullptr);
-  }).join();
-  EXPECT_NE(theirs, &mine);
-  AFCFDHandler::releaseDefault();
+TEST(FDHandler, EachThreadHasItsOwnDefaultHandlerUntilItsLastHolderGoes) {
+  {
+    AFCDefaultFDHandler mine;
+    {
+      AFCDefaultFDHandler again;
+      EXPECT_EQ(&again.get(), &mine.get());
+    }
+    EXPECT_EQ(AFCFDHandler::getThreadHandler(), &mine.get());
+    AFCFDHandler* theirs = nullptr;
+    std::thread([&] {
+      {
+        AFCDefaultFDHandler holder;
+        theirs = &holder.get();
+      }
+      EXPECT_EQ(AFCFDHandler::getThreadHandler(), nullptr);
+    }).join();
+    EXPECT_NE(theirs, &mine.get());
+  }
   EXPECT_EQ(AFCFDHandler::getThreadHandler(), nullptr);
 }
 

@@ -90,7 +90,7 @@ TEST(FDHandlerWindow, AnExceptionFromACallbackIsLoggedAndTheLoopGoesOn) {
 
 TEST(FDHandlerWindow, IsTheDefaultHandlerOfAThread) {
   std::thread([] {
-    EXPECT_NE(dynamic_cast<AFCFDHandlerWindow*>(&AFCFDHandler::getDefault()), nullptr);
-    AFCFDHandler::releaseDefault();
+    AFCDefaultFDHandler holder;
+    EXPECT_NE(dynamic_cast<AFCFDHandlerWindow*>(&holder.get()), nullptr);
   }).join();
 }

@@ -29,6 +29,7 @@ class VXRecordingBuilder : public VXCommandListBeginEndBuilder {
 
  protected:
   void sendAction(const VXAction& action) override {
+    std::lock_guard lock(lock_);
     if (!failure_.empty()) throw AFCException(std::exchange(failure_, {}));
     Sent sent;
     sent.className = action.getClass()->getName();
@@ -44,6 +45,7 @@ class VXRecordingBuilder : public VXCommandListBeginEndBuilder {
   std::ostream& traceStream() override { return trace_; }
 
  private:
+  std::mutex lock_;
   bool tracing_;
   std::vector<Sent> sent_;
   std::ostringstream trace_;

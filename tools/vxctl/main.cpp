@@ -17,7 +17,6 @@
 #include "client/client_tcp.h"
 #include "client/register.h"
 #include "foundation/errlog.h"
-#include "foundation/errlog_backend.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxctl/callback_waiter.h"
 #include "tools/vxctl/command_file.h"
@@ -53,31 +52,21 @@ struct Options {
   std::vector<std::string> watchZones;
 };
 
-// The session of one run, and how its results are printed. The library's error log goes to a
-// memory backend, so that a refused connection can be explained in the one error line.
+// The session of one run, and how its results are printed.
 class Session {
  public:
-  explicit Session(const Options& options)
-      : json_(options.json), log_(std::make_shared<AFCErrLogBackendMemory>()) {
-    AFCErrLog::instance().addBackend(log_);
+  explicit Session(const Options& options) : json_(options.json) {
     if (!options.host.empty()) client_.setServerAddress(options.host);
     if (!options.password.empty()) client_.setPassword(options.password);
   }
-  ~Session() { AFCErrLog::instance().removeBackend(log_.get()); }
-  Session(const Session&) = delete;
-  Session& operator=(const Session&) = delete;
 
   VXClientTcp& client() { return client_; }
+  // Where the server's events arrive: the thread's default handler, pumped by this thread.
+  AFCFDHandler& handler() { return handler_.get(); }
 
-  // The handshake logs its failures and closes instead of throwing: the last logged message
-  // is the reason.
+  // A failed version query closes the session instead of throwing; the session keeps why.
   void connect() {
-    log_->clear();
-    if (client_.connect()) return;
-    const std::vector<std::string> messages = log_->messages();
-    throw VXClientException(messages.empty()
-                                ? "Vexel connection failed, " + client_.getServerAddress()
-                                : messages.back());
+    if (!client_.connect()) throw VXClientException(client_.getConnectFailure());
   }
 
   // The result as one JSON object, or as the given text (nothing when empty).
@@ -99,9 +88,9 @@ class Session {
   }
 
  private:
+  AFCDefaultFDHandler handler_;  // outlives the session's socket
   VXClientTcp client_;
   bool json_;
-  std::shared_ptr<AFCErrLogBackendMemory> log_;
 };
 
 void runVersion(Session& session) {
@@ -171,7 +160,7 @@ void runSend(Session& session, const std::vector<VXCtlCommand>& commands,
     waiter.expect(callbacks);
     std::signal(SIGINT, onInterrupt);
     const auto limit = std::chrono::milliseconds(static_cast<int64_t>(waitSeconds * 1000));
-    if (!waiter.wait(AFCFDHandler::getDefault(), limit, [] { return interrupted != 0; })) {
+    if (!waiter.wait(session.handler(), limit, [] { return interrupted != 0; })) {
       throw AFCException("No confirmation of callback " + joined(waiter.pending()));
     }
   }
@@ -239,7 +228,7 @@ int runWatch(Session& session, const std::vector<std::string>& zones, bool json)
   std::signal(SIGTERM, onInterrupt);
   session.connect();
   while (interrupted == 0 && !watcher.disconnected()) {
-    AFCFDHandler::getDefault().mainLoop(kPumpMs);
+    session.handler().mainLoop(kPumpMs);
   }
   if (watcher.disconnected()) throw VXClientException("Server closed the connection");
   return 0;
