@@ -51,6 +51,8 @@ class VXCommandListBeginEndBuilder : public VXCommandListBuilder {
   // Ends open actions until at most level remain; returns the depth after. A negative level
   // counts as 0.
   virtual int flush(int level);
+  // Sends a finished action as it is, past the open actions (a replayed command list).
+  void sendWholeAction(const VXAction& action) { sendAction(action); }
   // The number of open actions of the current channel.
   int depth() const;
   // Discards every open action of every channel without sending it (see the class comment).

@@ -1,0 +1,21 @@
+# Fails when MODULE imports a DLL that does not come with Windows. Run with -DOBJDUMP=... and
+# -DMODULE=....
+cmake_minimum_required(VERSION 3.25)
+set(system_dlls advapi32.dll kernel32.dll msvcrt.dll ole32.dll oleaut32.dll user32.dll
+  ws2_32.dll version.dll dbghelp.dll)
+execute_process(COMMAND ${OBJDUMP} -p ${MODULE} OUTPUT_VARIABLE dump RESULT_VARIABLE failed)
+if(failed)
+  message(FATAL_ERROR "${OBJDUMP} cannot read ${MODULE}")
+endif()
+string(REGEX MATCHALL "DLL Name: [^\n]+" imports "${dump}")
+if(NOT imports)
+  message(FATAL_ERROR "${MODULE} imports nothing: not a module objdump understood")
+endif()
+foreach(line IN LISTS imports)
+  string(REPLACE "DLL Name: " "" name "${line}")
+  string(TOLOWER "${name}" name)
+  if(NOT name IN_LIST system_dlls)
+    message(FATAL_ERROR "${MODULE} imports ${name}, which Windows does not ship")
+  endif()
+  message(STATUS "imports ${name}")
+endforeach()
