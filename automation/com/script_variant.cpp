@@ -67,13 +67,10 @@ class CComScriptObject final : public ScriptObject {
   CUniqueRef<IDispatch> dispatch_;
 };
 
-// A null object stays a null object of its kind.
-ScriptValue objectValue(IUnknown* object, IDispatch* dispatch) {
-  if (object == nullptr)
-    return dispatch ? ScriptValue::object(nullptr) : ScriptValue::unknown(nullptr);
-  auto wrapped = std::make_shared<CComScriptObject>(addRef(object), addRef(dispatch));
-  return dispatch ? ScriptValue::object(std::move(wrapped))
-                  : ScriptValue::unknown(std::move(wrapped));
+// The script object over object; nullptr for a null object.
+std::shared_ptr<ScriptObject> wrap(IUnknown* object, IDispatch* dispatch) {
+  if (object == nullptr) return nullptr;
+  return std::make_shared<CComScriptObject>(addRef(object), addRef(dispatch));
 }
 
 double doubleFromDecimal(const DECIMAL& decimal) {
@@ -130,9 +127,9 @@ ScriptValue fromOwnedVariant(const VARIANT& value) {
     case VT_DATE:
       return ScriptValue::date(value.date);
     case VT_DISPATCH:
-      return objectValue(value.pdispVal, value.pdispVal);
+      return ScriptValue::object(wrap(value.pdispVal, value.pdispVal));
     case VT_UNKNOWN:
-      return objectValue(value.punkVal, nullptr);
+      return ScriptValue::unknown(wrap(value.punkVal, nullptr));
     default:
       return ScriptValue::other();
   }

@@ -26,8 +26,14 @@ inline std::string textOf(const VARIANT& value) {
     case VT_I4:
       out << value.lVal;
       break;
-    case VT_INT:
-      out << value.intVal;
+    case VT_I8:
+      out << value.llVal;
+      break;
+    case VT_R8:
+      out << value.dblVal;
+      break;
+    case VT_BOOL:
+      out << value.boolVal;
       break;
     case VT_R4:
       out << value.fltVal;
