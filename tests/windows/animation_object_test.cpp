@@ -4,7 +4,6 @@
 
 #include <gtest/gtest.h>
 
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -37,36 +36,31 @@ class AnimationObject : public RegisteredModule {};
 
 TEST_F(AnimationObject, HandsOutChannelsThatTakeTheirNamesAndKeyframes) {
   const CUniqueRef<IDispatch> animation = create(L"VXBr5.Animation");
-  const CUniqueVariant channelName = textArgument(L"n1:pos.x"),
-                       oscillate = textArgument(L"OSCILLATE"),
-                       cycle = textArgument(L"CYCLE_OFFSET"), inherit = textArgument(L"INHERIT"),
-                       linear = textArgument(L"LINEAR"), step = textArgument(L"STEP"),
-                       lower = textArgument(L"linear");
+  Texts t;
   DispatchCall made = callByName(animation.get(), L"createChannel");
-  ASSERT_EQ(made.outcome, "ok object");
-  const float one = 1;
+  ASSERT_EQ(made.value.get().vt, VT_DISPATCH);
   expectCalls(
       made.value.get().pdispVal,
       {
-          {L"destination", kPut, {channelName.get()}, "ok"},
+          {L"destination", kPut, {t(L"n1:pos.x")}, "ok"},
           {L"destination", kGet, {}, "ok n1:pos.x"},
-          {L"after", kPut, {oscillate.get()}, "ok"},
+          {L"after", kPut, {t(L"OSCILLATE")}, "ok"},
           {L"after", kGet, {}, "ok OSCILLATE"},
-          {L"before", kPut, {cycle.get()}, "ok"},
+          {L"before", kPut, {t(L"CYCLE_OFFSET")}, "ok"},
           {L"before", kGet, {}, "ok CYCLE_OFFSET"},
-          {L"before", kPut, {inherit.get()}, AFCEnumNameNotFoundException("INHERIT").toString()},
+          {L"before", kPut, {t(L"INHERIT")}, AFCEnumNameNotFoundException("INHERIT").toString()},
           {L"addKeyframe",
            kCall,
-           {realArgument(VT_R4, 1.5), realArgument(VT_R4, 2), linear.get(), step.get()},
+           {realArgument(VT_R4, 1.5), realArgument(VT_R4, 2), t(L"LINEAR"), t(L"STEP")},
            "ok"},
           {L"addKeyframe",
            kCall,
-           {realArgument(VT_R4, 2), realArgument(VT_R4, 2), lower.get(), step.get()},
+           {realArgument(VT_R4, 2), realArgument(VT_R4, 2), t(L"linear"), t(L"STEP")},
            AFCEnumNameNotFoundException("linear").toString()},
           {L"addKeyframeWithTangents",
            kCall,
-           {realArgument(VT_R4, 3), realArgument(VT_R4, 4), linear.get(), linear.get(),
-            realArgument(VT_R4, one), realArgument(VT_R4, 2), realArgument(VT_R4, 3),
+           {realArgument(VT_R4, 3), realArgument(VT_R4, 4), t(L"LINEAR"), t(L"LINEAR"),
+            realArgument(VT_R4, 1), realArgument(VT_R4, 2), realArgument(VT_R4, 3),
             realArgument(VT_R4, 4)},
            "ok"},
       });
@@ -86,22 +80,20 @@ TEST_F(AnimationObject, AChannelWithoutNativeChannelAnswersEveryMemberWithInvali
   ASSERT_EQ(makeObject<CAnimationChannelObject>(IID_IDispatch, reinterpret_cast<void**>(&made)),
             S_OK);
   const CUniqueRef<IDispatch> channel(made);
-  const CUniqueVariant linear = textArgument(L"LINEAR");
+  Texts t;
+  const VARIANT linear = t(L"LINEAR");
   const std::string invalid = "fails 0x80070057";
   const VARIANT f = realArgument(VT_R4, 1);
   expectCalls(channel.get(),
               {
-                  {L"destination", kPut, {linear.get()}, invalid},
+                  {L"destination", kPut, {linear}, invalid},
                   {L"destination", kGet, {}, invalid},
-                  {L"after", kPut, {linear.get()}, invalid},
+                  {L"after", kPut, {linear}, invalid},
                   {L"after", kGet, {}, invalid},
-                  {L"before", kPut, {linear.get()}, invalid},
+                  {L"before", kPut, {linear}, invalid},
                   {L"before", kGet, {}, invalid},
-                  {L"addKeyframe", kCall, {f, f, linear.get(), linear.get()}, invalid},
-                  {L"addKeyframeWithTangents",
-                   kCall,
-                   {f, f, linear.get(), linear.get(), f, f, f, f},
-                   invalid},
+                  {L"addKeyframe", kCall, {f, f, linear, linear}, invalid},
+                  {L"addKeyframeWithTangents", kCall, {f, f, linear, linear, f, f, f, f}, invalid},
               });
 }
 
@@ -110,13 +102,12 @@ TEST(AnimationOptionsObject, StartsWithTheDefaultsAndKeepsWhatItIsGiven) {
   IVXAnimationOptions* made = nullptr;
   ASSERT_EQ(makeAnimationOptionsObject(&made), S_OK);
   const CUniqueRef<IDispatch> options(made);
-  std::ostringstream end;
-  end << "ok " << CAnimationOptions().getEnd();
-  const CUniqueVariant last = textArgument(L"LAST"), name = textArgument(L"in");
+  const std::string end = "ok " + textOf(realArgument(VT_R4, CAnimationOptions().getEnd()));
+  Texts t;
   expectCalls(options.get(), {
                                  {L"offset", kGet, {}, "ok 0"},
                                  {L"skip", kGet, {}, "ok 0"},
-                                 {L"end", kGet, {}, end.str()},
+                                 {L"end", kGet, {}, end},
                                  {L"playMode", kGet, {}, "ok FORWARD"},
                                  {L"enableFinish", kGet, {}, "ok 1"},
                                  {L"name", kGet, {}, "ok "},
@@ -124,9 +115,9 @@ TEST(AnimationOptionsObject, StartsWithTheDefaultsAndKeepsWhatItIsGiven) {
                                  {L"offset", kPut, {realArgument(VT_R4, 0.5)}, "ok"},
                                  {L"skip", kPut, {realArgument(VT_R4, 0.25)}, "ok"},
                                  {L"end", kPut, {realArgument(VT_R4, 2)}, "ok"},
-                                 {L"playMode", kPut, {last.get()}, "ok"},
+                                 {L"playMode", kPut, {t(L"LAST")}, "ok"},
                                  {L"enableFinish", kPut, {numberArgument(VT_I4, 7)}, "ok"},
-                                 {L"name", kPut, {name.get()}, "ok"},
+                                 {L"name", kPut, {t(L"in")}, "ok"},
                                  {L"watchID", kPut, {numberArgument(VT_I4, 9)}, "ok"},
                                  {L"offset", kGet, {}, "ok 0.5"},
                                  {L"skip", kGet, {}, "ok 0.25"},

@@ -49,12 +49,6 @@ class NativeObject final : public ScriptObject {
   CAnimationOptions* options_;
 };
 
-// Owns the BSTRs of the table's arguments.
-struct Texts {
-  VARIANT operator()(const wchar_t* text) { return kept.emplace_back(textArgument(text)).get(); }
-  std::vector<CUniqueVariant> kept;
-};
-
 class CommandListObject : public RegisteredModule {};
 
 TEST_F(CommandListObject, RecordsEachMemberAsTheCoreDoesOrFailsWithItsText) {

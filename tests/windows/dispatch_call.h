@@ -4,7 +4,6 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -18,32 +17,13 @@ struct DispatchCall {
   CUniqueVariant value;
 };
 
+// The value as text; a bool as its word, so that 1 and -1 differ.
 inline std::string textOf(const VARIANT& value) {
-  std::ostringstream out;
-  switch (value.vt) {
-    case VT_BSTR:
-      return stringFromBstr(value.bstrVal);
-    case VT_I4:
-      out << value.lVal;
-      break;
-    case VT_I8:
-      out << value.llVal;
-      break;
-    case VT_R8:
-      out << value.dblVal;
-      break;
-    case VT_BOOL:
-      out << value.boolVal;
-      break;
-    case VT_R4:
-      out << value.fltVal;
-      break;
-    case VT_DISPATCH:
-      return "object";
-    default:
-      out << "vt " << value.vt;
-  }
-  return out.str();
+  if (value.vt == VT_BOOL) return std::to_string(value.boolVal);
+  CUniqueVariant text;
+  const HRESULT changed =
+      VariantChangeTypeEx(text.put(), const_cast<VARIANT*>(&value), LOCALE_INVARIANT, 0, VT_BSTR);
+  return SUCCEEDED(changed) ? stringFromBstr(text.get().bstrVal) : "vt " + std::to_string(value.vt);
 }
 
 // Arguments in parameter order; DISPATCH_PROPERTYPUT passes the one argument as the value.
@@ -87,6 +67,11 @@ inline CUniqueVariant textArgument(const wchar_t* text) {
   out.get().vt = VT_BSTR;
   return out;
 }
+// Text arguments kept for as long as this lives: t(L"a") is a VT_BSTR VARIANT.
+struct Texts {
+  VARIANT operator()(const wchar_t* text) { return kept.emplace_back(textArgument(text)).get(); }
+  std::vector<CUniqueVariant> kept;
+};
 inline CUniqueVariant objectArgument(IDispatch* object) {
   CUniqueVariant out;
   out.get().pdispVal = object;

@@ -47,7 +47,7 @@ TEST(ScriptVariant, TakesEachTypeAsItsKind) {
 
 TEST(ScriptVariant, GivesScriptsTheValueWithItsType) {
   const std::pair<ScriptValue, std::string> rows[] = {
-      {ScriptValue(), "0 vt 0"},
+      {ScriptValue(), "0 "},
       {ScriptValue::integer(-7), "3 -7"},
       {ScriptValue::integer(1LL << 40, 64), "20 1099511627776"},
       {ScriptValue::float32(1.5f), "4 1.5"},
