@@ -60,8 +60,10 @@ TEST_F(CommandListObject, RecordsEachMemberAsTheCoreDoesOrFailsWithItsText) {
   const CUniqueRef<IDispatch> options(made);
   const auto animationValue = ScriptValue::object(
       std::make_shared<NativeObject>(nativeOf<CAnimation, IVXAnimation>(animation.get()), nullptr));
-  const auto optionsValue = ScriptValue::object(std::make_shared<NativeObject>(
-      nullptr, nativeOf<CAnimationOptions, IVXAnimationOptions>(options.get())));
+  CAnimationOptions* coreOptions = nativeOf<CAnimationOptions, IVXAnimationOptions>(options.get());
+  coreOptions->setPlayMode("LAST");  // unlike the defaults
+  const auto optionsValue =
+      ScriptValue::object(std::make_shared<NativeObject>(nullptr, coreOptions));
   const CUniqueVariant animationArgument = objectArgument(animation.get()),
                        optionsArgument = objectArgument(options.get()),
                        foreignArgument = objectArgument(foreign.get());
