@@ -12,6 +12,8 @@ namespace {
 // LCID of the lookups of array members: LOCALE_USER_DEFAULT.
 constexpr LCID kMemberLocale = 1024;
 
+ScriptValue fromOwnedVariant(const VARIANT& value);
+
 // A script's object: an IDispatch (members readable) or a bare IUnknown (no members).
 class CComScriptObject final : public ScriptObject {
  public:
@@ -32,7 +34,7 @@ class CComScriptObject final : public ScriptObject {
                                        read.put(), nullptr, nullptr))) {
       return Lookup::ReadFailed;
     }
-    value = scriptValueFromVariant(read.get());
+    value = fromOwnedVariant(read.get());  // already this module's own copy
     return Lookup::Found;
   }
 
