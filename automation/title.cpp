@@ -237,14 +237,13 @@ void CTitle::renameNode(const std::string& nodeAddress, const std::string& newNo
 void CTitle::enableZoneNotification() { host_->addZoneNotification(zoneName_); }
 
 void CTitle::destroyIn(const std::string& transactionName) {
-  VXCommandListBeginEndBuilder& builder = this->builder();
   if (beginDepth_ != 0) {
     AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "Bridge5")
         << "begin/end not balanced in title " << titleName_ << " (" << beginDepth_ << ")\n";
-    builder.flush(0);
+    builder().flush(0);
     beginDepth_ = 0;
   }
-  if (!nodeName_.empty()) deleteNodeIn(builder, transactionName);
+  if (!nodeName_.empty()) deleteNodeIn(builder(), transactionName);
   host_->removeZoneNotification(zoneName_);
   nodeName_.clear();
   projectName_.clear();

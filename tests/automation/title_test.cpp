@@ -31,7 +31,10 @@ using Records = std::vector<std::shared_ptr<VXCommand>>;
 // The manager as a title sees it, over a recording builder; notes the zone listener calls.
 class RecordingHost : public CTitleHost {
  public:
-  VXCommandListBeginEndBuilder& getBuilder() override { return recorder; }
+  VXCommandListBeginEndBuilder& getBuilder() override {
+    if (noSession) throw AFCNullPointerException("VXClient");
+    return recorder;
+  }
   void addZoneNotification(const std::string& zone) override { calls.push_back("add " + zone); }
   void removeZoneNotification(const std::string& zone) override {
     calls.push_back("remove " + zone);
@@ -39,6 +42,7 @@ class RecordingHost : public CTitleHost {
   void forgetTitle(const CTitle&) override { calls.push_back("forget"); }
 
   VXRecordingBuilder recorder;
+  bool noSession = false;
   std::vector<std::string> calls;
 };
 
@@ -104,80 +108,70 @@ Bytes actionBytes(uint32_t channel, const Records& records) {
   return objectBytes(*action);
 }
 
+// Each row's call on the title of f, and the one record it sends.
+using Rows = std::vector<std::pair<std::function<void()>, std::shared_ptr<VXCommand>>>;
+
+// Runs the rows in order; each sends its record alone, after the set-up action when there is one.
+void expectEachAlone(const Fixture& f, const Rows& rows, uint32_t channel, const Records& setUp) {
+  std::vector<Bytes> expected;
+  if (!setUp.empty()) expected.push_back(actionBytes(channel, setUp));
+  for (const auto& [call, record] : rows) {
+    call();
+    expected.push_back(actionBytes(channel, {record}));
+  }
+  EXPECT_EQ(f.sentBytes(), expected);
+}
+
 TEST(Title, SetsItselfUpOnFirstUseAndResolvesAddressesUnderItsNode) {
   auto animation = makeModuleObject<CAnimation>();
   auto options = makeModuleObject<CAnimationOptions>();
   options->core.setPlayMode("LAST");
-  using Call = std::function<void(CTitle&)>;
-  using Expect = std::function<std::shared_ptr<VXCommand>(const std::string& node)>;
-  const std::pair<Call, Expect> rows[] = {
-      {[](auto& t) { t.loadScene("Lower", "slot/lt"); },
-       [](auto& n) { return record<VXLoadSceneCommand>("Lower", n + "/slot", "lt", n); }},
-      {[](auto& t) { t.createNode("Text", "/a//txt"); },
-       [](auto& n) { return record<VXCreateNodeCommand>("Text", "txt", n + "/a"); }},
-      {[](auto& t) { t.createEffect("Blur", "fx"); },
-       [](auto& n) { return record<VXCreateEffectCommand>("Blur", "fx", n); }},
-      {[](auto& t) { t.copyNode("src", "a/copy"); },
-       [](auto& n) { return record<VXCopyNodeCommand>(n + "/src", "copy", n + "/a"); }},
-      {[](auto& t) { t.deleteNode("a"); },
-       [](auto& n) { return record<VXDeleteNodeCommand>(n + "/a"); }},
-      {[](auto& t) { t.deleteEffect("fx"); },
-       [](auto& n) { return record<VXDeleteEffectCommand>(n + "/fx"); }},
-      {[](auto& t) { t.preload(""); }, [](auto& n) { return record<VXPreloadCommand>(n); }},
-      {[](auto& t) { t.stopAnimation("in", "a"); },
-       [](auto& n) { return record<VXStopAnimationCommand>("in", n + "/a", 0); }},
-      {[](auto& t) { t.set("txt", "Text", ScriptValue::text(u"Hi")); },
-       [](auto& n) {
-         return setRecord(n + "/txt", "Text", std::make_unique<AFCAttributeWString>(u"Hi"));
-       }},
-      {[](auto& t) { t.set("", "Alpha", ScriptValue()); },
-       [](auto& n) { return setRecord(n, "Alpha", std::make_unique<AFCAttributeInt32>()); }},
-      {[](auto& t) { t.animate(ScriptValue::text(u"in"), "a", ScriptValue::integer(1)); },
-       [](auto& n) {
-         return record<VXActivateAnimationCommand>("in", n + "/a", VXActivateAnimationOptions{});
-       }},
-      {[&](auto& t) {
-         t.animate(ScriptValue::object(animation), "", ScriptValue::object(options));
-       },
-       [&](auto& n) {
-         return record<VXActivateClientAnimationCommand>(animation->core.getNative(), n,
-                                                         options->core.getNative());
-       }},
+  Fixture f;
+  CTitle& t = *f.title;
+  const std::string& n = f.node;
+  const Rows rows = {
+      {[&] { t.loadScene("Lower", "slot/lt"); },
+       record<VXLoadSceneCommand>("Lower", n + "/slot", "lt", n)},
+      {[&] { t.createNode("Text", "/a//txt"); },
+       record<VXCreateNodeCommand>("Text", "txt", n + "/a")},
+      {[&] { t.createEffect("Blur", "fx"); }, record<VXCreateEffectCommand>("Blur", "fx", n)},
+      {[&] { t.copyNode("src", "a/copy"); },
+       record<VXCopyNodeCommand>(n + "/src", "copy", n + "/a")},
+      {[&] { t.deleteNode("a"); }, record<VXDeleteNodeCommand>(n + "/a")},
+      {[&] { t.deleteEffect("fx"); }, record<VXDeleteEffectCommand>(n + "/fx")},
+      {[&] { t.preload(""); }, record<VXPreloadCommand>(n)},
+      {[&] { t.stopAnimation("in", "a"); }, record<VXStopAnimationCommand>("in", n + "/a", 0)},
+      {[&] { t.set("txt", "Text", ScriptValue::text(u"Hi")); },
+       setRecord(n + "/txt", "Text", std::make_unique<AFCAttributeWString>(u"Hi"))},
+      {[&] { t.set("", "Alpha", ScriptValue()); },
+       setRecord(n, "Alpha", std::make_unique<AFCAttributeInt32>())},
+      {[&] { t.animate(ScriptValue::text(u"in"), "a", ScriptValue::integer(1)); },
+       record<VXActivateAnimationCommand>("in", n + "/a", VXActivateAnimationOptions{})},
+      {[&] { t.animate(ScriptValue::object(animation), "", ScriptValue::object(options)); },
+       record<VXActivateClientAnimationCommand>(animation->core.getNative(), n,
+                                                options->core.getNative())},
   };
-  for (const auto& [call, expected] : rows) {
-    Fixture f;
-    call(*f.title);
-    EXPECT_EQ(f.sentBytes(), (std::vector<Bytes>{actionBytes(0, setUpRecords(f.node, "Z")),
-                                                 actionBytes(0, {expected(f.node)})}))
-        << expected(f.node)->toString();
-    EXPECT_EQ(f.title->getNodeName(), f.node);
-  }
+  expectEachAlone(f, rows, 0, setUpRecords(n, "Z"));
 }
 
 TEST(Title, SendsUnresolvedCallsOnItsChannelWithoutSettingItselfUp) {
-  using Call = std::function<void(CTitle&)>;
-  const std::pair<Call, std::shared_ptr<VXCommand>> rows[] = {
-      {[](auto& t) { t.callSceneAction("go"); },
-       record<VXActivateActionCommand>("go", "Z", false, "")},
-      {[](auto& t) { t.renameNode("a/b", "c"); }, record<VXRenameTargetCommand>("a/b", "c")},
-      {[](auto& t) { t.transactionBegin(ScriptValue::integer(4)); },
+  Fixture f("Z", 3);
+  CTitle& t = *f.title;
+  const Rows rows = {
+      {[&] { t.callSceneAction("go"); }, record<VXActivateActionCommand>("go", "Z", false, "")},
+      {[&] { t.renameNode("a/b", "c"); }, record<VXRenameTargetCommand>("a/b", "c")},
+      {[&] { t.transactionBegin(ScriptValue::integer(4)); },
        record<VXTransactionBeginCommand>("Z", false)},
-      {[](auto& t) { t.transactionBegin(ScriptValue::text(u"T")); },
+      {[&] { t.transactionBegin(ScriptValue::text(u"T")); },
        record<VXTransactionBeginCommand>("T", false)},
-      {[](auto& t) { t.transactionRoll(ScriptValue::text(u"")); },
-       record<VXTransactionRollCommand>("Z")},
-      {[](auto& t) { t.transactionEnd(); }, record<VXTransactionEndCommand>()},
-      {[](auto& t) { t.previewSchedule(7); }, record<VXPreviewCommand>(7, 0)},
-      {[](auto& t) { t.previewScheduleBegin(7); }, record<VXPreviewCommand>(7, 1)},
-      {[](auto& t) { t.previewScheduleEnd(7); }, record<VXPreviewCommand>(7, 2)},
+      {[&] { t.transactionRoll(ScriptValue::text(u"")); }, record<VXTransactionRollCommand>("Z")},
+      {[&] { t.transactionEnd(); }, record<VXTransactionEndCommand>()},
+      {[&] { t.previewSchedule(7); }, record<VXPreviewCommand>(7, 0)},
+      {[&] { t.previewScheduleBegin(7); }, record<VXPreviewCommand>(7, 1)},
+      {[&] { t.previewScheduleEnd(7); }, record<VXPreviewCommand>(7, 2)},
   };
-  for (const auto& [call, expected] : rows) {
-    Fixture f("Z", 3);
-    call(*f.title);
-    EXPECT_EQ(f.sentBytes(), std::vector<Bytes>{actionBytes(3, {expected})})
-        << expected->toString();
-    EXPECT_EQ(f.title->getNodeName(), "");
-  }
+  expectEachAlone(f, rows, 3, {});
+  EXPECT_EQ(t.getNodeName(), "");
 }
 
 TEST(Title, FailsWithTheSystemTextsAndSendsNothing) {
@@ -271,11 +265,6 @@ TEST(Title, CountsBeginsOnlyWhenTheBuilderTookThem) {
   EXPECT_EQ(failureOf([&] { f.title->end(); }), "down");
   f.title->destroyInTransaction(ScriptValue::text(u"D"));
   EXPECT_THAT(log.messages(), ElementsAre("begin/end not balanced in title T (1)"));
-  EXPECT_EQ(f.sentBytes(),
-            (std::vector<Bytes>{actionBytes(0, setUpRecords(f.node, "Z") +
-                                                   Records{record<VXPreloadCommand>(f.node)}),
-                                actionBytes(0, {record<VXTransactionBeginCommand>("D", false),
-                                                record<VXDeleteNodeCommand>(f.node)})}));
 }
 
 TEST(Title, FinalReleaseDeletesTheNodeLeavesTheListAndSwallowsErrors) {
@@ -293,6 +282,12 @@ TEST(Title, FinalReleaseDeletesTheNodeLeavesTheListAndSwallowsErrors) {
   EXPECT_EQ(g.sentBytes().back(), actionBytes(0, {record<VXTransactionBeginCommand>("D", false),
                                                   record<VXDeleteNodeCommand>(g.node)}));
   EXPECT_THAT(g.host->calls, ElementsAre("remove Z", "forget"));
+
+  Fixture never;  // never set up: goes without asking for the session
+  never.host->noSession = true;
+  never.title->destroy();
+  never.title.reset();
+  EXPECT_THAT(never.host->calls, ElementsAre("remove Z", "remove Z", "forget"));
 }
 
 TEST(Title, ExecutesACommandListAsOneActionUnderEachTitle) {
