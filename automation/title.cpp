@@ -47,7 +47,9 @@ std::unique_ptr<VXAction> newAction(int32_t channel) {
 }
 }  // namespace
 
-CTitle::CTitle(std::shared_ptr<CTitleHost> host) : host_(std::move(host)) {}
+CTitle::CTitle(std::shared_ptr<CTitleHost> host) : host_(std::move(host)) {
+  if (!host_) throw AFCNullPointerException("CTitleHost");
+}
 
 CTitle::~CTitle() {
   try {

@@ -33,6 +33,7 @@ class VX2Br5TitleException : public AFCException {
 
 class CTitle {
  public:
+  // Throws AFCNullPointerException "CTitleHost" without a host.
   explicit CTitle(std::shared_ptr<CTitleHost> host);
   ~CTitle();
   CTitle(const CTitle&) = delete;

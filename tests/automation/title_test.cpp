@@ -184,6 +184,7 @@ TEST(Title, FailsWithTheSystemTextsAndSendsNothing) {
       {[&] { unzoned.title->transactionRoll({}); }, noName},
       {[&] { unzoned.title->destroyInTransaction(ScriptValue::text(u"")); }, noName},
       {[&] { zoned.title->execute(nullptr, {}); }, "Null pointer to CCommandList"},
+      {[] { CTitle title(nullptr); }, "Null pointer to CTitleHost"},
       {[&] { zoned.title->renameNode("a", ""); }, "Illegal Argument Exception, No node name"},
   };
   for (const auto& [call, expected] : rows) EXPECT_EQ(failureOf(call), expected);
