@@ -1,31 +1,16 @@
 #include "automation/command_list.h"
 
 #include "automation/animation_objects.h"
+#include "automation/parent_and_leaf.h"
 #include "commands/animation_commands.h"
 #include "commands/node_commands.h"
 #include "commands/transaction_commands.h"
 #include "commands/zone_state.h"
-#include "foundation/target_address.h"
 
 namespace {
 void require(const std::string& text, const char* message) {
   if (text.empty()) throw AFCIllegalArgumentException(message);
 }
-
-// An address cut into its parent (every component but the last, joined) and its leaf (the last
-// component, empty for an empty address).
-struct ParentAndLeaf {
-  explicit ParentAndLeaf(const std::string& address) {
-    AFCTargetAddress path = AFCTargetAddress::parse(address);
-    if (path.empty()) return;
-    std::vector<std::string> components = path.components();
-    leaf = std::move(components.back());
-    components.pop_back();
-    parent = AFCTargetAddress(std::move(components)).toString();
-  }
-  std::string parent;
-  std::string leaf;
-};
 
 std::string textOrEmpty(const ScriptValue& value) {
   return value.getKind() == ScriptValue::Kind::Text ? ScriptValue::toBytes(value.getText())

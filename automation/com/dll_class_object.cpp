@@ -5,7 +5,10 @@
 
 #include <array>
 
+#include "automation/com/animation_object.h"
+#include "automation/com/class_factory.h"
 #include "automation/com/com_module.h"
+#include "automation/com/command_list_object.h"
 
 namespace {
 struct ObjectMapEntry {
@@ -13,9 +16,11 @@ struct ObjectMapEntry {
   HRESULT (*createFactory)(REFIID iid, void** factory) noexcept;
 };
 
-// The creatable classes with their class objects: {&CLSID_X, &CClassFactory<CXObject>::create}.
-// Empty until the coclass adapters of TitleManager, Animation and CommandList join the module.
-constexpr std::array<ObjectMapEntry, 0> kObjectMap{};
+// The creatable classes with their class objects. TitleManager joins when its adapter does.
+constexpr std::array kObjectMap{
+    ObjectMapEntry{&CLSID_Animation, &CClassFactory<CAnimationObject>::create},
+    ObjectMapEntry{&CLSID_CommandList, &CClassFactory<CCommandListObject>::create},
+};
 }  // namespace
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, LPVOID* factory) {
