@@ -10,21 +10,29 @@ namespace {
 
 std::atomic<uint64_t> nextBuilderId{1};
 
-// The channel slots of the calling thread: builder id to channel + 1 (0 means "not set"). A
-// thread talks to few builders, so a short list beats a map.
-std::vector<std::pair<uint64_t, uint32_t>>& threadChannels() {
-  thread_local std::vector<std::pair<uint64_t, uint32_t>> slots;
+// What the calling thread keeps per builder: its channel + 1 (0 means "not set") and the channel
+// whose stack it found last, with that stack, so that the map's lock is taken only when the
+// channel changes. A thread talks to few builders, so a short list beats a map.
+struct ThreadSlot {
+  uint64_t builder = 0;
+  uint32_t channelPlusOne = 0;
+  uint32_t foundChannel = 0;
+  void* found = nullptr;  // the builder's Channel for foundChannel; nodes of its map stay put
+};
+
+std::vector<ThreadSlot>& threadSlots() {
+  thread_local std::vector<ThreadSlot> slots;
   return slots;
 }
 
-uint32_t* threadChannelSlot(uint64_t builder, bool create) {
-  auto& slots = threadChannels();
+ThreadSlot* threadSlot(uint64_t builder, bool create) {
+  auto& slots = threadSlots();
   for (auto& slot : slots) {
-    if (slot.first == builder) return &slot.second;
+    if (slot.builder == builder) return &slot;
   }
   if (!create) return nullptr;
-  slots.emplace_back(builder, 0);
-  return &slots.back().second;
+  slots.push_back({builder});
+  return &slots.back();
 }
 
 }  // namespace
@@ -33,25 +41,30 @@ VXCommandListBeginEndBuilder::VXCommandListBeginEndBuilder()
     : id_(nextBuilderId.fetch_add(1, std::memory_order_relaxed)) {}
 
 VXCommandListBeginEndBuilder::~VXCommandListBeginEndBuilder() {
-  auto& slots = threadChannels();
-  std::erase_if(slots, [this](const auto& slot) { return slot.first == id_; });
+  std::erase_if(threadSlots(), [this](const ThreadSlot& slot) { return slot.builder == id_; });
 }
 
 void VXCommandListBeginEndBuilder::setChannel(uint32_t channel) {
-  *threadChannelSlot(id_, true) = channel + 1;
+  threadSlot(id_, true)->channelPlusOne = channel + 1;
 }
 
 uint32_t VXCommandListBeginEndBuilder::getChannel() const {
-  const uint32_t* slot = threadChannelSlot(id_, false);
-  return slot && *slot != 0 ? *slot - 1 : defaultChannel_.load(std::memory_order_relaxed);
+  const ThreadSlot* slot = threadSlot(id_, false);
+  return slot && slot->channelPlusOne != 0 ? slot->channelPlusOne - 1
+                                           : defaultChannel_.load(std::memory_order_relaxed);
 }
 
 VXCommandListBeginEndBuilder::Stack& VXCommandListBeginEndBuilder::currentStack() {
-  Channel* channel = nullptr;
-  {
+  ThreadSlot& slot = *threadSlot(id_, true);
+  const uint32_t current = slot.channelPlusOne != 0
+                               ? slot.channelPlusOne - 1
+                               : defaultChannel_.load(std::memory_order_relaxed);
+  if (slot.found == nullptr || slot.foundChannel != current) {
     std::lock_guard lock(channelsLock_);
-    channel = &openActions_[getChannel()];
+    slot.found = &openActions_[current];
+    slot.foundChannel = current;
   }
+  Channel* channel = static_cast<Channel*>(slot.found);
   const uint64_t generation = clearGeneration_.load(std::memory_order_acquire);
   if (channel->generation != generation) {
     channel->actions.clear();
