@@ -126,14 +126,17 @@ void CClient::onPickResult(const std::string& result) {
 }
 
 void CClient::onMessage(const std::string& message) {
-  const std::u16string text = ScriptValue::fromBytes(message);
-  events_.fire([&text](CmdEventSink& sink) { sink.onMessage(text); });
+  std::u16string text = ScriptValue::fromBytes(message);
+  if (events_.size() > 0) events_.fire([&text](CmdEventSink& sink) { sink.onMessage(text); });
   // Held for the call: the handler may replace itself.
   const std::shared_ptr<ScriptHandler> handler = messageHandler_;
   if (!handler) return;
+  // The text moves into the one argument: every message pays one copy less.
+  std::vector<ScriptValue> args;
+  args.push_back(ScriptValue::text(std::move(text)));
   bool succeeded = false;
   try {
-    succeeded = handler->invoke({ScriptValue::text(text)});
+    succeeded = handler->invoke(std::move(args));
   } catch (...) {
   }
   if (!succeeded) AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "Bridge5") << "onMessageListener failed\n";

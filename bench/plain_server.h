@@ -7,6 +7,7 @@
 #include <chrono>
 #include <cstdint>
 #include <cstring>
+#include <functional>
 #include <thread>
 #include <vector>
 
@@ -23,59 +24,78 @@ inline std::vector<uint8_t> packet(uint32_t type, const uint8_t* payload, std::s
   return bytes;
 }
 
+// The answer to a version query (packet 5): a version that asks for no login.
+inline void sendVersionReply(AFCClientSocket& peer) {
+  uint8_t version[20] = {};
+  VXPacketFrame::putWord(version + 12, 2295);
+  VXPacketFrame::putWord(version + 16, 106);
+  const auto reply = packet(6, version, sizeof version);
+  peer.writeAll(reply.data(), reply.size());
+}
+
+// One client of a loopback listener, served on a thread of its own: serve gets the accepted
+// socket (Nagle off) and returns or throws an AFCException when the client goes away. Declare it
+// as the owner's last member, so that the thread ends before the owner's state goes.
+class ServingThread {
+ public:
+  explicit ServingThread(std::function<void(AFCClientSocket&)> serve) {
+    server_.bind(0, "127.0.0.1");
+    server_.listen();
+    thread_ = std::thread([this, serve = std::move(serve)] {
+      AFCClientSocket peer;
+      server_.accept(peer);
+      peer.setNagleBuffer(false);
+      try {
+        serve(peer);
+      } catch (const AFCException&) {
+        // the client went away: the benchmark is over
+      }
+    });
+  }
+  ~ServingThread() { thread_.join(); }
+  int port() const { return server_.getLocalPort(); }
+
+ private:
+  AFCServerSocket server_;
+  std::thread thread_;
+};
+
 // The far side: reads whole packets from a big buffer, answers 5 with a version that asks for
 // no login and 3 with 4 carrying the same payload, and counts everything else.
 class PlainServer {
  public:
-  PlainServer() {
-    server_.bind(0, "127.0.0.1");
-    server_.listen();
-    thread_ = std::thread([this] { run(); });
-  }
-  ~PlainServer() { thread_.join(); }
-  int port() const { return server_.getLocalPort(); }
+  int port() const { return serving_.port(); }
   uint64_t packets() const { return packets_.load(std::memory_order_acquire); }
 
  private:
-  void run() {
-    AFCClientSocket peer;
-    server_.accept(peer);
-    peer.setNagleBuffer(false);
+  void run(AFCClientSocket& peer) {
     std::vector<uint8_t> in(1 << 20);
     std::size_t have = 0;
-    try {
-      for (;;) {
-        have += peer.readAvailable(in.data() + have, in.size() - have);
-        std::size_t at = 0;
-        while (have - at >= 12 && have - at >= 12 + VXPacketFrame::getWord(in.data() + at + 8)) {
-          answer(peer, VXPacketFrame::getWord(in.data() + at + 4), in.data() + at + 12,
-                 VXPacketFrame::getWord(in.data() + at + 8));
-          at += 12 + VXPacketFrame::getWord(in.data() + at + 8);
-        }
-        std::memmove(in.data(), in.data() + at, have - at);
-        have -= at;
+    for (;;) {
+      have += peer.readAvailable(in.data() + have, in.size() - have);
+      std::size_t at = 0;
+      while (have - at >= VXPacketFrame::kHeaderSize) {
+        const VXPacketFrame::Header header = VXPacketFrame::decodeHeader(in.data() + at);
+        if (have - at - VXPacketFrame::kHeaderSize < header.length) break;
+        answer(peer, header.type, in.data() + at + VXPacketFrame::kHeaderSize, header.length);
+        at += VXPacketFrame::kHeaderSize + header.length;
       }
-    } catch (const AFCException&) {
-      // the client went away: the benchmark is over
+      std::memmove(in.data(), in.data() + at, have - at);
+      have -= at;
     }
   }
   void answer(AFCClientSocket& peer, uint32_t type, const uint8_t* payload, uint32_t size) {
     packets_.fetch_add(1, std::memory_order_release);
     if (type == 5) {
-      uint8_t version[20] = {};
-      VXPacketFrame::putWord(version + 12, 2295);
-      VXPacketFrame::putWord(version + 16, 106);
-      const auto reply = packet(6, version, sizeof version);
-      peer.writeAll(reply.data(), reply.size());
+      sendVersionReply(peer);
     } else if (type == 3) {
       const auto reply = packet(4, payload, size);
       peer.writeAll(reply.data(), reply.size());
     }
   }
 
-  AFCServerSocket server_;
-  std::thread thread_;
   std::atomic<uint64_t> packets_{0};
+  ServingThread serving_{[this](AFCClientSocket& peer) { run(peer); }};
 };
 
 // A raw socket connected to a plain server of its own.
@@ -91,7 +111,8 @@ struct Raw {
 };
 
 // Waits until the reader has taken in every packet sent, so that the time covers delivery.
-inline void drain(const PlainServer& server, uint64_t expected) {
+template <class Server>
+void drain(const Server& server, uint64_t expected) {
   while (server.packets() < expected) std::this_thread::yield();
 }
 
