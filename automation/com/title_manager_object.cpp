@@ -6,6 +6,7 @@
 #include "automation/com/client_object.h"
 #include "automation/com/command_list_object.h"
 #include "automation/com/error_boundary.h"
+#include "automation/com/module_version.h"
 #include "automation/com/script_variant.h"
 #include "automation/com/title_object.h"
 
@@ -122,7 +123,7 @@ HRESULT CTitleManagerObject::createTitleInChannel(BSTR zoneName, int channelID, 
 HRESULT CTitleManagerObject::getBridgeVersion(BSTR* pVal) {
   if (pVal == nullptr) return E_POINTER;
   return comBoundary(IID_IVXTitleManager, [&] {
-    *pVal = bstrFromString(CTitleManager::getBridgeVersion()).release();
+    *pVal = bstrFromString(moduleVersionText() + " x64").release();
     return S_OK;
   });
 }
