@@ -9,6 +9,7 @@
 #include "automation/com/class_factory.h"
 #include "automation/com/com_module.h"
 #include "automation/com/command_list_object.h"
+#include "automation/com/title_manager_object.h"
 
 namespace {
 struct ObjectMapEntry {
@@ -16,10 +17,11 @@ struct ObjectMapEntry {
   HRESULT (*createFactory)(REFIID iid, void** factory) noexcept;
 };
 
-// The creatable classes with their class objects. TitleManager joins when its adapter does.
+// The creatable classes with their class objects.
 constexpr std::array kObjectMap{
     ObjectMapEntry{&CLSID_Animation, &CClassFactory<CAnimationObject>::create},
     ObjectMapEntry{&CLSID_CommandList, &CClassFactory<CCommandListObject>::create},
+    ObjectMapEntry{&CLSID_TitleManager, &CClassFactory<CTitleManagerObject>::create},
 };
 }  // namespace
 
