@@ -3,11 +3,15 @@
 #include <cstdlib>
 
 #include "automation/async_processor.h"
+#include "client/register.h"
 #include "foundation/attribute_scalar.h"
 #include "foundation/attribute_string.h"
 #include "foundation/errlog.h"
 
 CClient::CClient() {
+  // The session reads records by class name: every class it may meet is known before the first
+  // packet, whatever the host has or has not registered.
+  registerClientClasses();
   session_.addDisconnectListener(this);
   session_.addPickResultListener(this);
   session_.addServerMessageListener(this);

@@ -137,6 +137,7 @@ TEST_F(TitleManagerObject, ClientAndAsyncProcessorMembers) {
   expectRows(client.get(), {
                                {L"getServerAddress", {}, "ok " + server_.address()},
                                {L"connect", {}, "ok"},
+                               {L"previewGenerateID", {}, "ok 1"},  // a remote reply read
                                {L"getZoneState", {t_(L"News")}, "ok 0"},
                                {L"setZoneState", {t_(L"News"), numberArgument(VT_I4, 1)}, "ok"},
                                {L"getZoneState", {t_(L"News")}, "ok 1"},
