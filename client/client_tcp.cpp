@@ -186,6 +186,13 @@ void VXClientTcp::onReadable() {
   std::unique_lock<std::recursive_mutex> reading(readLock_, std::try_to_lock);
   if (!reading.owns_lock()) return;  // the request's own reader takes the bytes
   try {
+    // A readiness whose bytes a request has read already (a socket that does not block keeps
+    // the event) finds nothing: it must not wait for the next packet here.
+    if (buffered() == 0) {
+      readBegin_ = 0;
+      readEnd_ = socket_.readAvailable(readBuffer_.data(), readBuffer_.size());
+      if (readEnd_ == 0) return;
+    }
     do {
       processIncoming();
     } while (isOpen() && buffered() > 0);

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "client/packet_frame.h"
+#include "client/register.h"
 #include "commands/misc_commands.h"
 #include "foundation/attribute_string.h"
 #include "foundation/errlog_event.h"
@@ -15,7 +16,10 @@ constexpr const char* kArea = "vxsim";
 }  // namespace
 
 VXSimHub::VXSimHub(VXSimOptions options)
-    : options_(std::move(options)), random_(std::random_device{}()) {}
+    : options_(std::move(options)), random_(std::random_device{}()) {
+  // Clients' packets are read by class name: every class they may carry is known first.
+  registerClientClasses();
+}
 
 void VXSimHub::log(const std::string& line) const {
   if (logSink_) logSink_(line);
