@@ -14,12 +14,12 @@ CClient::CClient() {
   registerClientClasses();
   session_.addDisconnectListener(this);
   session_.addPickResultListener(this);
-  session_.addServerMessageListener(this);
+  session_.addServerMessageListener(&messageRelay_);
 }
 
 CClient::~CClient() {
   // Listeners first: no script is called from a closing object.
-  session_.removeServerMessageListener(this);
+  session_.removeServerMessageListener(&messageRelay_);
   session_.removePickResultListener(this);
   session_.removeDisconnectListener(this);
   session_.close();
@@ -107,7 +107,7 @@ void CClient::setOnPickResultListener(std::shared_ptr<ScriptHandler> handler) {
 }
 
 void CClient::setOnMessageListener(std::shared_ptr<ScriptHandler> handler) {
-  messageHandler_ = std::move(handler);
+  messageHandlers_.replace(std::move(handler));
 }
 
 std::shared_ptr<CAsyncProcessor> CClient::createAsyncProcessor() {
@@ -124,25 +124,23 @@ void CClient::onServerDisconnect(int32_t) {
 }
 
 void CClient::onPickResult(const std::string& result) {
-  const std::u16string xml = ScriptValue::fromBytes(result);
-  pickResultHandlers_.invokeAll({ScriptValue::text(xml)});
-  events_.fire([&xml](CmdEventSink& sink) { sink.onPickResult(xml); });
+  const ScriptValue xml[] = {ScriptValue::text(ScriptValue::fromBytes(result))};
+  pickResultHandlers_.invokeAll(xml);
+  events_.fire([&xml](CmdEventSink& sink) { sink.onPickResult(xml[0].getText()); });
 }
 
 void CClient::onMessage(const std::string& message) {
-  std::u16string text = ScriptValue::fromBytes(message);
-  if (events_.size() > 0) events_.fire([&text](CmdEventSink& sink) { sink.onMessage(text); });
-  // Held for the call: the handler may replace itself.
-  const std::shared_ptr<ScriptHandler> handler = messageHandler_;
-  if (!handler) return;
-  // The text moves into the one argument: every message pays one copy less.
-  std::vector<ScriptValue> args;
-  args.push_back(ScriptValue::text(std::move(text)));
-  bool succeeded = false;
-  try {
-    succeeded = handler->invoke(std::move(args));
-  } catch (...) {
+  // Messages come in bursts: the argument keeps its text storage from one to the next. A message
+  // that comes while a handler runs (one that waited for a reply) has an argument of its own.
+  ScriptValue nested;
+  ScriptValue& text = messageCalls_ == 0 ? messageArgument_ : nested;
+  text.setTextFromBytes(message);
+  ++messageCalls_;
+  if (events_.size() > 0) {
+    events_.fire([&text](CmdEventSink& sink) { sink.onMessage(text.getText()); });
   }
+  const bool succeeded = messageHandlers_.invokeAll({&text, 1});
+  --messageCalls_;
   if (!succeeded) AFC_ERRLOG_STREAM(AFC_ERRLOG_ERROR, "Bridge5") << "onMessageListener failed\n";
 }
 

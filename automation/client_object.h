@@ -25,7 +25,6 @@ class CAsyncProcessor;
 
 class CClient : private VXDisconnectListener,
                 private VXPickResultListener,
-                private VXServerMessageListener,
                 private VXZoneStateListener {
  public:
   CClient();
@@ -82,7 +81,7 @@ class CClient : private VXDisconnectListener,
  private:
   void onServerDisconnect(int32_t clientIndex) override;
   void onPickResult(const std::string& result) override;
-  void onMessage(const std::string& message) override;
+  void onMessage(const std::string& message);
   void onZoneStateChange(const VXZonesState& zones) override;
 
   // The remote call object.method with the arguments; its reply, null for none.
@@ -96,6 +95,15 @@ class CClient : private VXDisconnectListener,
   VXClientTcp session_;
   ScriptHandlers disconnectHandlers_;
   ScriptHandlers pickResultHandlers_;
-  std::shared_ptr<ScriptHandler> messageHandler_;
+  ScriptHandlers messageHandlers_;  // one at most
+  ScriptValue messageArgument_;      // see onMessage
+  int messageCalls_ = 0;             // message calls in progress
+  // Messages come in bursts: their listener is an object of its own, which the session's call
+  // reaches by a cheap cast (a class with one base), not a search of this class's four.
+  struct MessageRelay final : VXServerMessageListener {
+    explicit MessageRelay(CClient& client) : client(client) {}
+    void onMessage(const std::string& message) override { client.onMessage(message); }
+    CClient& client;
+  } messageRelay_{*this};
   CmdEventSinks events_;
 };

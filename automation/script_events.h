@@ -11,6 +11,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <span>
 #include <string>
 #include <vector>
 
@@ -21,7 +22,7 @@ class ScriptHandler {
   virtual ~ScriptHandler() = default;
   // Calls the script function with the arguments; false when the call failed (in COM anything
   // but S_OK). May throw as well: the callers treat an exception as a failed call.
-  virtual bool invoke(std::vector<ScriptValue> args) = 0;
+  virtual bool invoke(std::span<const ScriptValue> args) = 0;
 };
 
 // The five events of IVXCmdEvents.
@@ -35,6 +36,37 @@ class CmdEventSink {
   virtual void onMessage(const std::u16string& message) = 0;
 };
 
+// A list that the calls going over it may change: a call in progress goes on over the list as
+// it was, kept alive until the outermost call ends. No copy is taken per call, so an event costs
+// no reference counting. Single-threaded, like the objects that hold it.
+template <class Item>
+class CallSafeList {
+ public:
+  const std::vector<Item>& items() const { return items_; }
+  // The list to change. During a call the list being called is set aside and the change goes to
+  // a copy (a moved vector keeps its storage, which the call iterates over).
+  std::vector<Item>& edit() {
+    if (callDepth_ > 0) {
+      setAside_.push_back(std::move(items_));
+      items_ = setAside_.back();
+    }
+    return items_;
+  }
+  // Calls call(item) for each item of the list as it is now; call must not throw.
+  template <class Call>
+  void forEach(Call call) {
+    const std::span<const Item> items = items_;
+    ++callDepth_;
+    for (const Item& item : items) call(item);
+    if (--callDepth_ == 0) setAside_.clear();
+  }
+
+ private:
+  std::vector<Item> items_;
+  std::vector<std::vector<Item>> setAside_;
+  int callDepth_ = 0;
+};
+
 // Script handlers in the order they were added; the same handler may be there twice and is
 // then called twice.
 class ScriptHandlers {
@@ -42,12 +74,13 @@ class ScriptHandlers {
   void add(std::shared_ptr<ScriptHandler> handler);
   // Drops every handler, then adds handler unless it is null (a listener property's put).
   void replace(std::shared_ptr<ScriptHandler> handler);
-  bool empty() const { return handlers_.empty(); }
-  // Calls each handler with the same arguments; true when every call succeeded.
-  bool invokeAll(const std::vector<ScriptValue>& args) const;
+  bool empty() const { return handlers_.items().empty(); }
+  // Calls each handler with the same arguments; true when every call succeeded (also when
+  // there is no handler).
+  bool invokeAll(std::span<const ScriptValue> args);
 
  private:
-  std::vector<std::shared_ptr<ScriptHandler>> handlers_;
+  CallSafeList<std::shared_ptr<ScriptHandler>> handlers_;
 };
 
 // The sinks connected to an object, in the order they connected. A cookie names a connection.
@@ -56,15 +89,15 @@ class CmdEventSinks {
   uint32_t connect(std::shared_ptr<CmdEventSink> sink);
   // False when no sink is connected under the cookie.
   bool disconnect(uint32_t cookie);
-  std::size_t size() const { return sinks_.size(); }
+  std::size_t size() const { return sinks_.items().size(); }
   // Calls event on every sink in order; a sink that throws misses only its own event.
-  void fire(const std::function<void(CmdEventSink&)>& event) const;
+  void fire(const std::function<void(CmdEventSink&)>& event);
 
  private:
   struct Connection {
     uint32_t cookie;
     std::shared_ptr<CmdEventSink> sink;
   };
-  std::vector<Connection> sinks_;
+  CallSafeList<Connection> sinks_;
   uint32_t nextCookie_ = 1;
 };

@@ -49,6 +49,13 @@ ScriptValue ScriptValue::text(std::u16string value) {
   return result;
 }
 
+void ScriptValue::setTextFromBytes(std::string_view bytes) {
+  std::u16string storage = std::move(text_);
+  *this = ScriptValue(Kind::Text);
+  text_ = std::move(storage);
+  AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, bytes, text_);
+}
+
 ScriptValue ScriptValue::date(double days) {
   ScriptValue result(Kind::Date);
   result.real_ = days;

@@ -72,6 +72,9 @@ class ScriptValue {
   // The bool word as given: attribute values come back as 1 for true, on purpose.
   static ScriptValue boolWord(int16_t word);
   static ScriptValue text(std::u16string value);
+  // Makes this a Text value holding the bytes' text (default character set), in the storage it
+  // has already: a value refilled event after event allocates once.
+  void setTextFromBytes(std::string_view bytes);
   static ScriptValue date(double days);
   static ScriptValue object(std::shared_ptr<ScriptObject> object);
   static ScriptValue unknown(std::shared_ptr<ScriptObject> object);

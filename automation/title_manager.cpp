@@ -148,7 +148,8 @@ void CTitleManager::forgetTitle(const CTitle& title) {
 }
 
 void CTitleManager::onCommandCallback(int32_t callbackId) {
-  callbackHandlers_.invokeAll({ScriptValue::integer(callbackId)});
+  const ScriptValue id[] = {ScriptValue::integer(callbackId)};
+  callbackHandlers_.invokeAll(id);
   events_.fire([callbackId](CmdEventSink& sink) { sink.onCommand(callbackId); });
 }
 

@@ -112,7 +112,7 @@ void BM_title_set_baseline(benchmark::State& state) {
 }
 
 struct CountingHandler : ScriptHandler {
-  bool invoke(std::vector<ScriptValue> args) override {
+  bool invoke(std::span<const ScriptValue> args) override {
     count += static_cast<int>(args.size());
     return true;
   }

@@ -52,7 +52,7 @@ class PrintedEvents : public CmdEventSink {
 // A script function: called with the id of each confirmed callback.
 class PrintedCallback : public ScriptHandler {
  public:
-  bool invoke(std::vector<ScriptValue> args) override {
+  bool invoke(std::span<const ScriptValue> args) override {
     std::printf("handler: callback %d\n", args.empty() ? 0 : args.front().getInt32());
     return true;
   }

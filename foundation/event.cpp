@@ -28,6 +28,8 @@ void AFCEvent::wait() {
 
 bool AFCEvent::wait(int64_t timeoutMs) {
   std::unique_lock guard(lock_);
+  // A poll only looks: a zero-length timed wait would still cost a system call.
+  if (timeoutMs <= 0 && !signaled_) return false;
   if (!changed_.wait_for(guard, std::chrono::milliseconds(timeoutMs),
                          [this] { return signaled_; })) {
     return false;

@@ -16,7 +16,7 @@ class CDispatchHandler final : public ScriptHandler {
  public:
   explicit CDispatchHandler(IDispatch* function) : function_(addRef(function)) {}
 
-  bool invoke(std::vector<ScriptValue> args) override {
+  bool invoke(std::span<const ScriptValue> args) override {
     // Invoke takes the arguments last to first.
     std::vector<CUniqueVariant> owned;
     owned.reserve(args.size());

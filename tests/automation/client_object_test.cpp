@@ -134,7 +134,7 @@ TEST_F(ClientObjectTest, TheProcessorLoopDeliversMessagesUntilClosedFromAnotherT
   std::atomic<int> delivered = 0;
   struct Counter : ScriptHandler {
     explicit Counter(std::atomic<int>* count) : count_(count) {}
-    bool invoke(std::vector<ScriptValue>) override { return ++*count_ > 0; }
+    bool invoke(std::span<const ScriptValue>) override { return ++*count_ > 0; }
     std::atomic<int>* count_;
   };
   client.setOnMessageListener(std::make_shared<Counter>(&delivered));

@@ -21,7 +21,7 @@ inline std::string scriptText(const ScriptValue& value) {
 struct RecordingHandler : ScriptHandler {
   RecordingHandler(std::vector<std::string>* log, std::string name, bool fails = false)
       : log_(log), name_(std::move(name)), fails_(fails) {}
-  bool invoke(std::vector<ScriptValue> args) override {
+  bool invoke(std::span<const ScriptValue> args) override {
     std::string line = name_ + "(";
     for (const ScriptValue& arg : args) line += (line.back() == '(' ? "" : ",") + scriptText(arg);
     log_->push_back(line + ")");
