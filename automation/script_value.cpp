@@ -50,9 +50,11 @@ ScriptValue ScriptValue::text(std::u16string value) {
 }
 
 void ScriptValue::setTextFromBytes(std::string_view bytes) {
-  std::u16string storage = std::move(text_);
-  *this = ScriptValue(Kind::Text);
-  text_ = std::move(storage);
+  if (kind_ != Kind::Text) {
+    std::u16string storage = std::move(text_);
+    *this = ScriptValue(Kind::Text);
+    text_ = std::move(storage);
+  }
   AFCCharset::toUtf16(AFC_CHARSET_DEFAULT, bytes, text_);
 }
 

@@ -96,7 +96,7 @@ uint32_t resolve(uint32_t id) {
 
 // ---- ASCII fast path ----
 // Every set we convert agrees with ASCII on 0x00..0x7F (the table generator checks it), so a
-// leading ASCII run is copied unit for byte, eight at a time while no high bit is set.
+// leading ASCII run is copied unit for byte, eight at a time while no high bit is set, then four.
 
 size_t widenAscii(std::string_view text, char16_t* out) {
   const char* in = text.data();
@@ -110,6 +110,16 @@ size_t widenAscii(std::string_view text, char16_t* out) {
     std::memcpy(&word, chunk, sizeof word);
     if (word & 0x8080808080808080u) break;
     for (size_t k = 0; k < 8; ++k) out[i + k] = chunk[k];
+  }
+  if (i + 4 <= n) {
+    unsigned char chunk[4];
+    uint32_t word;
+    std::memcpy(chunk, in + i, sizeof chunk);
+    std::memcpy(&word, chunk, sizeof word);
+    if ((word & 0x80808080u) == 0) {
+      for (size_t k = 0; k < 4; ++k) out[i + k] = chunk[k];
+      i += 4;
+    }
   }
   for (; i < n && static_cast<unsigned char>(in[i]) < 0x80; ++i) out[i] = in[i];
   return i;
