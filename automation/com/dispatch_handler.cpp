@@ -22,6 +22,8 @@ class CDispatchHandler final : public ScriptHandler {
     owned.reserve(args.size());
     for (auto arg = args.rbegin(); arg != args.rend(); ++arg) {
       owned.push_back(variantFromScriptValue(*arg));
+      // A script function gets a 32-bit number as a plain int (the callback id is one).
+      if (owned.back().get().vt == VT_I4) owned.back().get().vt = VT_INT;
     }
     std::vector<VARIANT> values;
     values.reserve(owned.size());
@@ -47,13 +49,13 @@ void CEventSourceSink::onCommand(int32_t cmd) { source_.fire(kOnCommand, {long{c
 void CEventSourceSink::onDisconnect() { source_.fire(kOnDisconnect, {}); }
 
 void CEventSourceSink::onPickResult(const std::u16string& xmlResult) {
-  source_.fire(kOnPickResult, {ScriptValue::toBytes(xmlResult)});
+  source_.fire(kOnPickResult, {xmlResult});
 }
 
 void CEventSourceSink::onZoneChange(const std::u16string& zoneName, int32_t zoneState) {
-  source_.fire(kOnZoneChange, {ScriptValue::toBytes(zoneName), long{zoneState}});
+  source_.fire(kOnZoneChange, {zoneName, long{zoneState}});
 }
 
 void CEventSourceSink::onMessage(const std::u16string& message) {
-  source_.fire(kOnMessage, {ScriptValue::toBytes(message)});
+  source_.fire(kOnMessage, {message});
 }

@@ -7,12 +7,15 @@
 // - std::bad_alloc becomes E_OUTOFMEMORY;
 // - a failed platform call, thrown as CFailedCall by throwIfFailed, keeps its own HRESULT;
 // - anything else becomes E_UNEXPECTED, since no exception may cross the COM boundary.
+// A hardware fault in the body is thrown on as AFCRunTimeException (AFCCrashDump::Translation)
+// and reported like any AFCException.
 // The body returns its HRESULT (S_OK, S_FALSE, ...) itself. comBoundary never throws.
 #include <windows.h>
 
 #include <new>
 #include <string_view>
 
+#include "foundation/crash_dump.h"
 #include "foundation/exception.h"
 
 // A platform call that failed with result.
@@ -31,6 +34,7 @@ HRESULT reportError(REFIID iid, std::string_view text) noexcept;
 template <class Body>
 HRESULT comBoundary(REFIID iid, Body&& body) noexcept {
   try {
+    const AFCCrashDump::Translation translation;
     return body();
   } catch (const AFCException& e) {
     return reportError(iid, e.what());

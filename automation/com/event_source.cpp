@@ -64,7 +64,7 @@ void CEventSource::fire(DISPID id, std::initializer_list<Argument> arguments) {
       value->vt = VT_I4;
       value->lVal = *number;
     } else {
-      texts.push_back(bstrFromString(std::get<std::string_view>(argument)));
+      texts.push_back(bstrFromU16(std::get<std::u16string_view>(argument)));
       value->vt = VT_BSTR;
       value->bstrVal = texts.back().get();
     }

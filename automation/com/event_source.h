@@ -24,8 +24,8 @@
 
 class CEventSource final : public IConnectionPoint {
  public:
-  // One argument of an event: a text, sent as VT_BSTR, or a number, sent as VT_I4.
-  using Argument = std::variant<std::string_view, long>;
+  // One argument of an event: a script text, sent as VT_BSTR, or a number, sent as VT_I4.
+  using Argument = std::variant<std::u16string_view, long>;
 
   explicit CEventSource(IConnectionPointContainer& owner) noexcept : owner_(owner) {}
   CEventSource(const CEventSource&) = delete;

@@ -1,9 +1,11 @@
 // CEventSource: advising, firing IVXCmdEvents to the sinks in order with typed arguments, and
-// the container's one connection point.
+// the container's one connection point; a script function called as a handler.
 #include "automation/com/event_source.h"
 
 #include <gtest/gtest.h>
 #include <olectl.h>
+
+#include "automation/com/dispatch_handler.h"
 
 #include "tests/windows/test_objects.h"
 
@@ -31,9 +33,9 @@ TEST(EventSource, FiresToEverySinkInAdviseOrderWithTypedArguments) {
     ASSERT_EQ(source.point.get()->Advise(&second, &secondCookie), S_OK);
     EXPECT_NE(firstCookie, secondCookie);
 
-    source.processor->fire(4, {"Zone A", 1L});
+    source.processor->fire(4, {u"Zone A", 1L});
     ASSERT_EQ(source.point.get()->Unadvise(firstCookie), S_OK);
-    source.processor->fire(5, {"hello"});
+    source.processor->fire(5, {u"hello"});
     EXPECT_EQ(source.point.get()->Unadvise(firstCookie), CONNECT_E_NOCONNECTION);
   }
   EXPECT_EQ(first.calls, (std::vector<std::string>{"4 BSTR:Zone A I4:1"}));
@@ -86,5 +88,16 @@ TEST(EventSource, ContainerHasExactlyTheCommandEventsPoint) {
   EXPECT_EQ(fetched, 0u);
   points.get()->Reset();
   EXPECT_EQ(points.get()->Skip(2), S_FALSE);
+}
+TEST(ScriptFunction, IsCalledAsItsDefaultMemberWithAnIdAsIntAndATextAsBstr) {
+  RecordingSink function(false);
+  {
+    const std::shared_ptr<ScriptHandler> handler = handlerOf(&function);
+    const ScriptValue arguments[] = {ScriptValue::integer(7), ScriptValue::text(u"cue")};
+    EXPECT_TRUE(handler->invoke(arguments));
+  }
+  EXPECT_EQ(function.calls, (std::vector<std::string>{"0 INT:7 BSTR:cue"}));
+  EXPECT_EQ(function.references, 1u);
+  EXPECT_EQ(handlerOf(nullptr), nullptr);
 }
 }  // namespace

@@ -70,9 +70,10 @@ class RecordingSink final : public IDispatch {
     if (flags != DISPATCH_METHOD) line += " not a method call";
     for (UINT index = parameters->cArgs; index-- > 0;) {
       const VARIANT& argument = parameters->rgvarg[index];
-      line += argument.vt == VT_BSTR ? " BSTR:" + stringFromBstr(argument.bstrVal)
-              : argument.vt == VT_I4 ? " I4:" + std::to_string(argument.lVal)
-                                     : " other";
+      line += argument.vt == VT_BSTR  ? " BSTR:" + stringFromBstr(argument.bstrVal)
+              : argument.vt == VT_I4  ? " I4:" + std::to_string(argument.lVal)
+              : argument.vt == VT_INT ? " INT:" + std::to_string(argument.intVal)
+                                      : " other";
     }
     calls.push_back(line);
     if (onCall) onCall();

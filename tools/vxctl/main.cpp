@@ -16,6 +16,7 @@
 #include "client/client_exceptions.h"
 #include "client/client_tcp.h"
 #include "client/register.h"
+#include "foundation/crash_dump.h"
 #include "foundation/errlog.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxctl/callback_waiter.h"
@@ -347,6 +348,7 @@ int run(const Commands& c, const Options& o) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  AFCCrashDump::install();
   CLI::App app{"vxctl: command-line client of the render server", "vxctl"};
   Options options;
   const Commands commands = declare(app, options);

@@ -15,6 +15,7 @@
 
 #include "client/packet_frame.h"
 #include "client/register.h"
+#include "foundation/crash_dump.h"
 #include "foundation/fd_handler.h"
 #include "tools/vxsim/sim_console.h"
 #include "tools/vxsim/sim_server.h"
@@ -86,6 +87,7 @@ int serve(const VXSimOptions& options) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  AFCCrashDump::install();
   try {
     const VXSimOptions options =
         vxSimParseArguments(std::vector<std::string>(argv + 1, argv + argc));
