@@ -164,4 +164,45 @@ TEST_F(TitleManagerObject, ConnectionPointsAdviseAndUnadviseASink) {
     EXPECT_EQ(sink.references.load(), 1u);
   }
 }
+// Without an async processor the session's events come through the hidden window of the
+// thread's default registry: a thread that pumps its messages gets handler calls and events.
+TEST_F(TitleManagerObject, EventsComeThroughTheWindowMessagesOfTheScriptThread) {
+  const CUniqueRef<IDispatch> client = this->client();
+  RecordingSink managerSink, clientSink, handler(false);
+  std::vector<std::pair<CUniqueRef<IConnectionPoint>, DWORD>> connections;
+  const auto advise = [&](IDispatch* source, RecordingSink& sink) {
+    IConnectionPointContainer* container = nullptr;
+    source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container));
+    const CUniqueRef<IConnectionPointContainer> ownedContainer(container);
+    IConnectionPoint* point = nullptr;
+    container->FindConnectionPoint(DIID_IVXCmdEvents, &point);
+    DWORD cookie = 0;
+    EXPECT_EQ(point->Advise(&sink, &cookie), S_OK);
+    connections.emplace_back(CUniqueRef<IConnectionPoint>(point), cookie);
+  };
+  advise(manager_.get(), managerSink);
+  advise(client.get(), clientSink);
+  const CUniqueVariant function = objectArgument(&handler);
+  EXPECT_EQ(callByName(manager_.get(), L"addCommandCallbackListener", {function.get()}).outcome,
+            "ok");
+  const CUniqueRef<IDispatch> title = objectOf(callByName(manager_.get(), L"createTitle"));
+  const std::string id = callByName(title.get(), L"commandCallback").outcome.substr(3);
+  server_.console("message on air");
+
+  const DWORD deadline = GetTickCount() + 5000;
+  while ((managerSink.calls.empty() || clientSink.calls.empty()) && GetTickCount() < deadline) {
+    MsgWaitForMultipleObjects(0, nullptr, FALSE, 50, QS_ALLINPUT);
+    MSG message;
+    while (PeekMessageW(&message, nullptr, 0, 0, PM_REMOVE)) DispatchMessageW(&message);
+  }
+  EXPECT_EQ(handler.calls, (std::vector<std::string>{"0 INT:" + id}));
+  EXPECT_EQ(managerSink.calls, (std::vector<std::string>{"1 I4:" + id}));
+  EXPECT_EQ(clientSink.calls, (std::vector<std::string>{"5 BSTR:on air"}));
+  for (auto& [point, cookie] : connections) point.get()->Unadvise(cookie);
+  VARIANT none;  // the handler goes before this test's objects do
+  VariantInit(&none);
+  none.vt = VT_DISPATCH;
+  none.pdispVal = nullptr;
+  callByName(manager_.get(), L"onCommandCallback", {none}, DISPATCH_PROPERTYPUT);
+}
 }  // namespace
