@@ -1,9 +1,10 @@
 // vxscripthost: runs one VBScript (.vbs) or JScript (.js) file with the system's own script
 // engine, so that script code receives the title manager's and the client's IVXCmdEvents, which
 // Wine's cscript cannot bind.
-//   vxscripthost SCRIPT
+//   vxscripthost SCRIPT [ARGUMENT...]
 // The script sees four objects:
 //   WScript  Echo(ARGS...) prints its arguments, separated by spaces, as one line;
+//            Arguments(I) is the I-th ARGUMENT, Arguments.Count their number;
 //   sim      a simulator started by the host: sim.address is its "HOST:PORT", sim.console(LINE)
 //            runs an operator line (tools/vxsim/sim_console.h) and returns what it printed;
 //   tm       a VXBr5.TitleManager, made by its ProgID (so VXBr5.DLL must be registered);
@@ -22,6 +23,7 @@
 #include <sstream>
 #include <stdexcept>
 #include <string>
+#include <vector>
 
 #include "automation/com/com_handles.h"
 #include "tests/vxsim/running_server.h"
@@ -65,17 +67,41 @@ CUniqueRef<IDispatch> objectMember(IDispatch* object, const wchar_t* name) {
   return addRef(result.get().pdispVal);
 }
 
-CUniqueRef<IDispatch> makeWScript() {
-  return HostObject::make({{L"Echo", [](const std::vector<const VARIANT*>& arguments) {
-                              std::string line;
-                              for (const VARIANT* argument : arguments) {
-                                line += (line.empty() ? "" : " ") + utf8Of(*argument);
-                              }
-                              std::fwrite(line.data(), 1, line.size(), stdout);
-                              std::fputc('\n', stdout);
-                              std::fflush(stdout);
-                              return CUniqueVariant();
-                            }}});
+CUniqueVariant echo(const std::vector<const VARIANT*>& arguments) {
+  std::string line;
+  for (const VARIANT* argument : arguments) line += (line.empty() ? "" : " ") + utf8Of(*argument);
+  std::fwrite(line.data(), 1, line.size(), stdout);
+  std::fputc('\n', stdout);
+  std::fflush(stdout);
+  return {};
+}
+
+// WScript.Arguments(i) is the i-th argument after the script's name, WScript.Arguments.Count
+// their number.
+CUniqueVariant scriptArguments(const std::vector<std::string>& given,
+                               const std::vector<const VARIANT*>& arguments) {
+  if (arguments.empty()) {
+    CUniqueVariant list;
+    list.get().pdispVal = HostObject::make({{L"Count",
+                                             [&given](const auto&) {
+                                               CUniqueVariant count;
+                                               count.get().lVal = static_cast<LONG>(given.size());
+                                               count.get().vt = VT_I4;
+                                               return count;
+                                             }}})
+                              .release();
+    list.get().vt = VT_DISPATCH;
+    return list;
+  }
+  const size_t index = std::stoul(utf8Of(*arguments[0]));
+  if (index >= given.size()) throw std::out_of_range("no argument " + std::to_string(index));
+  return textResult(given[index]);
+}
+
+CUniqueRef<IDispatch> makeWScript(const std::vector<std::string>& given) {
+  return HostObject::make({{L"Echo", echo}, {L"Arguments", [&given](const auto& arguments) {
+                                               return scriptArguments(given, arguments);
+                                             }}});
 }
 
 CUniqueRef<IDispatch> makeSim(RunningServer& server) {
@@ -87,7 +113,7 @@ CUniqueRef<IDispatch> makeSim(RunningServer& server) {
         }}});
 }
 
-int runScript(const std::string& fileName) {
+int runScript(const std::string& fileName, const std::vector<std::string>& arguments) {
   const std::wstring language = ScriptEngine::languageOf(fileName);
   if (language.empty()) throw std::runtime_error(fileName + " is neither .vbs nor .js");
   const std::wstring code = readScript(fileName);
@@ -95,7 +121,7 @@ int runScript(const std::string& fileName) {
   const CUniqueRef<IDispatch> manager = createByProgId(L"VXBr5.TitleManager");
   const CUniqueRef<IDispatch> client = objectMember(manager.get(), L"getClient");
   ScriptEngine engine(language);
-  engine.addItem(L"WScript", makeWScript().get());
+  engine.addItem(L"WScript", makeWScript(arguments).get());
   engine.addItem(L"sim", makeSim(server).get());
   engine.addItem(L"tm", manager.get());
   engine.addItem(L"client", client.get());
@@ -106,14 +132,14 @@ int runScript(const std::string& fileName) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  if (argc != 2) {
-    std::fprintf(stderr, "usage: vxscripthost SCRIPT.vbs|SCRIPT.js\n");
+  if (argc < 2) {
+    std::fprintf(stderr, "usage: vxscripthost SCRIPT.vbs|SCRIPT.js [ARGUMENT...]\n");
     return 2;
   }
   CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
   int result = 2;
   try {
-    result = runScript(argv[1]);
+    result = runScript(argv[1], std::vector<std::string>(argv + 2, argv + argc));
   } catch (const std::exception& e) {
     std::fprintf(stderr, "vxscripthost: %s\n", e.what());
   }
