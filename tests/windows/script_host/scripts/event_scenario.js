@@ -1,7 +1,8 @@
 // The title manager's and the client's events in JScript functions: two callbacks (a command
 // list's, executed by a title, and the title's own), each reaching the handler function before
 // tm_onCommand; then a zone change, a server message, a pick result and the disconnection, each
-// provoked on the simulator by the event before it. The async processor's loop dispatches them
+// provoked on the simulator by the event before it. The client's listeners hear the message
+// after the event, the pick result and the disconnection before it. The async processor's loop dispatches them
 // on this thread until client_onDisconnect closes it.
 var processor = client.createAsyncProcessor();
 var listCallback, titleCallback, commands = 0;
@@ -40,6 +41,15 @@ function client_onDisconnect() {
 client.setServerAddress(sim.address);
 tm.onCommandCallback = function (id) {
   WScript.Echo("handler: " + callbackName(id));
+};
+client.onMessageListener = function (text) {
+  WScript.Echo("message listener: " + text);
+};
+client.onPickResultListener = function (xml) {
+  WScript.Echo("pick listener: " + xml);
+};
+client.onDisconnectListener = function () {
+  WScript.Echo("disconnect listener");
 };
 var title = tm.createTitle("LowerThirds");
 title.enableZoneNotification();
