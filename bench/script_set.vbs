@@ -1,9 +1,10 @@
-' 100,000 set calls with a text value on one title from a VBScript loop, against the same loop
-' calling getZone on that title, which only reads a field: one line per pass with the two times
-' in seconds. Run by scripts/wine_script_bench through the script host; the number of passes is
-' its one argument.
+' 100,000 set calls with a text value on one title from a VBScript loop, each its own action, then
+' the same calls in actions of 1,000 (begin/end; one action of 100,000 would pass the packet
+' limit), against the same loop calling getZone on that title, which only reads a field: one line
+' per pass with the three times in seconds. Run by scripts/wine_script_bench through the script
+' host; the number of passes is its one argument.
 Option Explicit
-Dim title, pass, count, started, setSeconds, zoneSeconds, zone
+Dim title, pass, count, action, started, setSeconds, batchedSeconds, zoneSeconds, zone
 client.setServerAddress sim.address
 Set title = tm.createTitle("Bench")
 For pass = 1 To CInt(WScript.Arguments(0))
@@ -13,9 +14,18 @@ For pass = 1 To CInt(WScript.Arguments(0))
   Next
   setSeconds = Timer - started
   started = Timer
+  For action = 1 To 100
+    title.begin
+    For count = 1 To 1000
+      title.set "name", "Text", "Jane Doe"
+    Next
+    title.end
+  Next
+  batchedSeconds = Timer - started
+  started = Timer
   For count = 1 To 100000
     zone = title.getZone()
   Next
   zoneSeconds = Timer - started
-  WScript.Echo "set " & setSeconds & " getZone " & zoneSeconds
+  WScript.Echo "set " & setSeconds & " batched " & batchedSeconds & " getZone " & zoneSeconds
 Next
