@@ -76,3 +76,10 @@ CUniqueVariant textResult(const std::string& utf8) {
   value.get().vt = VT_BSTR;
   return value;
 }
+
+CUniqueVariant numberResult(size_t number) {
+  CUniqueVariant value;
+  value.get().lVal = static_cast<LONG>(number);
+  value.get().vt = VT_I4;
+  return value;
+}

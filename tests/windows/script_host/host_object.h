@@ -55,5 +55,6 @@ class HostObject final : public HostDispatch {
   Members members_;  // dispatch id N is members_[N - 1]
 };
 
-// A text result of a member.
+// A text or number result of a member.
 CUniqueVariant textResult(const std::string& utf8);
+CUniqueVariant numberResult(size_t number);

@@ -82,14 +82,9 @@ CUniqueVariant scriptArguments(const std::vector<std::string>& given,
                                const std::vector<const VARIANT*>& arguments) {
   if (arguments.empty()) {
     CUniqueVariant list;
-    list.get().pdispVal = HostObject::make({{L"Count",
-                                             [&given](const auto&) {
-                                               CUniqueVariant count;
-                                               count.get().lVal = static_cast<LONG>(given.size());
-                                               count.get().vt = VT_I4;
-                                               return count;
-                                             }}})
-                              .release();
+    list.get().pdispVal =
+        HostObject::make({{L"Count", [&given](const auto&) { return numberResult(given.size()); }}})
+            .release();
     list.get().vt = VT_DISPATCH;
     return list;
   }
