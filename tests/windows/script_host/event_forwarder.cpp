@@ -45,8 +45,8 @@ class EventSink final : public HostDispatch {
                                               &exception, nullptr);
     if (FAILED(result) && !engine_.failed()) {
       const BSTR text = exception.bstrDescription;
-      engine_.reportError(utf8FromWide(procedure) + " failed: " +
-                          (text != nullptr ? utf8FromWide(text) : std::to_string(result)));
+      engine_.reportError(bytesFromWide(procedure) + " failed: " +
+                          (text != nullptr ? bytesFromWide(text) : std::to_string(result)));
     }
     SysFreeString(exception.bstrDescription);
     SysFreeString(exception.bstrSource);
@@ -80,11 +80,11 @@ EventForwarding::EventForwarding(ScriptEngine& engine, const std::wstring& sourc
   IEnumConnectionPoints* points = nullptr;
   if (FAILED(source->QueryInterface(IID_IConnectionPointContainer,
                                     reinterpret_cast<void**>(&container)))) {
-    throw std::runtime_error(utf8FromWide(sourceName) + " fires no events");
+    throw std::runtime_error(bytesFromWide(sourceName) + " fires no events");
   }
   const CUniqueRef<IConnectionPointContainer> ownContainer(container);
   if (FAILED(container->EnumConnectionPoints(&points))) {
-    throw std::runtime_error(utf8FromWide(sourceName) + " lists no connection points");
+    throw std::runtime_error(bytesFromWide(sourceName) + " lists no connection points");
   }
   const CUniqueRef<IEnumConnectionPoints> ownPoints(points);
   const CUniqueRef<ITypeLib> library = typeLibraryOf(source);
@@ -95,13 +95,13 @@ EventForwarding::EventForwarding(ScriptEngine& engine, const std::wstring& sourc
     ITypeInfo* names = nullptr;
     if (FAILED(point->GetConnectionInterface(&events)) ||
         FAILED(library.get()->GetTypeInfoOfGuid(events, &names))) {
-      throw std::runtime_error(utf8FromWide(sourceName) + ": an event interface is not described");
+      throw std::runtime_error(bytesFromWide(sourceName) + ": an event interface is not described");
     }
     const CUniqueRef<ITypeInfo> ownNames(names);
     const CUniqueRef<IDispatch> sink(new EventSink(engine, sourceName, events, names));
     DWORD cookie = 0;
     if (FAILED(point->Advise(sink.get(), &cookie))) {
-      throw std::runtime_error(utf8FromWide(sourceName) + " refused the event sink");
+      throw std::runtime_error(bytesFromWide(sourceName) + " refused the event sink");
     }
     connections_.emplace_back(std::move(ownPoint), cookie);
   }

@@ -64,15 +64,15 @@ HRESULT HostObject::Invoke(DISPID id, REFIID, LCID, WORD, DISPPARAMS* parameters
   } catch (const std::exception& e) {
     if (exception == nullptr) return E_FAIL;
     *exception = EXCEPINFO{};
-    exception->bstrDescription = SysAllocString(wideFromUtf8(e.what()).c_str());
+    exception->bstrDescription = SysAllocString(wideFromBytes(e.what()).c_str());
     exception->scode = E_FAIL;
     return DISP_E_EXCEPTION;
   }
 }
 
-CUniqueVariant textResult(const std::string& utf8) {
+CUniqueVariant textResult(const std::string& bytes, UINT codePage) {
   CUniqueVariant value;
-  value.get().bstrVal = SysAllocString(wideFromUtf8(utf8).c_str());
+  value.get().bstrVal = SysAllocString(wideFromBytes(bytes, codePage).c_str());
   value.get().vt = VT_BSTR;
   return value;
 }

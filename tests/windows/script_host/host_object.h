@@ -55,6 +55,6 @@ class HostObject final : public HostDispatch {
   Members members_;  // dispatch id N is members_[N - 1]
 };
 
-// A text or number result of a member.
-CUniqueVariant textResult(const std::string& utf8);
+// A text result of a member, from 8-bit text in the code page, and a number result.
+CUniqueVariant textResult(const std::string& bytes, UINT codePage = CP_UTF8);
 CUniqueVariant numberResult(size_t number);

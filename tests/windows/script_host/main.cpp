@@ -38,7 +38,7 @@ std::wstring readScript(const std::string& fileName) {
   if (!file) throw std::runtime_error("cannot read " + fileName);
   std::ostringstream bytes;
   bytes << file.rdbuf();
-  return wideFromUtf8(bytes.str());
+  return wideFromBytes(bytes.str());
 }
 
 CUniqueRef<IDispatch> createByProgId(const wchar_t* progId) {
@@ -47,7 +47,7 @@ CUniqueRef<IDispatch> createByProgId(const wchar_t* progId) {
   if (FAILED(CLSIDFromProgID(progId, &id)) ||
       FAILED(CoCreateInstance(id, nullptr, CLSCTX_INPROC_SERVER, IID_IDispatch,
                               reinterpret_cast<void**>(&made)))) {
-    throw std::runtime_error("cannot create " + utf8FromWide(progId) + ": is it registered?");
+    throw std::runtime_error("cannot create " + bytesFromWide(progId) + ": is it registered?");
   }
   return CUniqueRef<IDispatch>(made);
 }
@@ -62,14 +62,14 @@ CUniqueRef<IDispatch> objectMember(IDispatch* object, const wchar_t* name) {
       FAILED(object->Invoke(id, IID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &none, result.put(),
                             nullptr, nullptr)) ||
       result.get().vt != VT_DISPATCH || result.get().pdispVal == nullptr) {
-    throw std::runtime_error(utf8FromWide(name) + " gave no object");
+    throw std::runtime_error(bytesFromWide(name) + " gave no object");
   }
   return addRef(result.get().pdispVal);
 }
 
 CUniqueVariant echo(const std::vector<const VARIANT*>& arguments) {
   std::string line;
-  for (const VARIANT* argument : arguments) line += (line.empty() ? "" : " ") + utf8Of(*argument);
+  for (const VARIANT* argument : arguments) line += (line.empty() ? "" : " ") + bytesOf(*argument);
   std::fwrite(line.data(), 1, line.size(), stdout);
   std::fputc('\n', stdout);
   std::fflush(stdout);
@@ -88,7 +88,7 @@ CUniqueVariant scriptArguments(const std::vector<std::string>& given,
     list.get().vt = VT_DISPATCH;
     return list;
   }
-  const size_t index = std::stoul(utf8Of(*arguments[0]));
+  const size_t index = std::stoul(bytesOf(*arguments[0]));
   if (index >= given.size()) throw std::out_of_range("no argument " + std::to_string(index));
   return textResult(given[index]);
 }
@@ -104,7 +104,7 @@ CUniqueRef<IDispatch> makeSim(RunningServer& server) {
       {{L"address", [&server](const auto&) { return textResult(server.address()); }},
        {L"console", [&server](const std::vector<const VARIANT*>& arguments) {
           if (arguments.size() != 1) throw std::invalid_argument("sim.console takes one line");
-          return textResult(server.command(utf8Of(*arguments[0])));
+          return textResult(server.command(bytesOf(*arguments[0], CP_ACP)), CP_ACP);
         }}});
 }
 

@@ -13,7 +13,7 @@ extern "C" const IID IID_IActiveScriptParse64 = {
 
 namespace {
 std::string textOf(BSTR text) {
-  return text != nullptr ? utf8FromWide(std::wstring_view(text, SysStringLen(text))) : "";
+  return text != nullptr ? bytesFromWide(std::wstring_view(text, SysStringLen(text))) : "";
 }
 
 void check(HRESULT result, const char* step) {
