@@ -1,9 +1,9 @@
 ' The title manager's and the client's events in VBScript procedures: two callbacks (a command
-' list's, executed by a title, and the title's own), each reaching the handler before
-' tm_onCommand; then a zone change, a server message (not all ASCII), a pick result and the disconnection, each
-' provoked on the simulator by the event before it. The client's listeners hear the message
-' after the event, the pick result and the disconnection before it. The async processor's loop dispatches them
-' on this thread until client_onDisconnect closes it.
+' list's, executed by a title, and the title's own), each reaching the handler before tm_onCommand;
+' then a zone change, a server message (not all ASCII), a pick result and the disconnection, each
+' provoked on the simulator by the event before it. The client's listeners hear the message after
+' the event, the pick result and the disconnection before it. The async processor's loop dispatches
+' them on this thread until client_onDisconnect closes it.
 Option Explicit
 Dim processor, title, list, listCallback, titleCallback, commands
 
