@@ -35,8 +35,9 @@ struct HandleTraits {
 };
 using CUniqueHandle = AFCUniqueHandle<HandleTraits>;
 
-// What the script host wrote to its standard output and error, in order, once it has ended;
-// throws std::runtime_error when it cannot be started.
+// What the script host wrote to its standard output, once it has ended; throws
+// std::runtime_error when it cannot be started. Its standard error is this program's: the error
+// log writes there, with times that change from run to run.
 std::string runScriptHost(const std::string& script, const std::string& address) {
   SECURITY_ATTRIBUTES inherit{sizeof(SECURITY_ATTRIBUTES), nullptr, TRUE};
   HANDLE reader = nullptr;
@@ -51,7 +52,7 @@ std::string runScriptHost(const std::string& script, const std::string& address)
   startup.dwFlags = STARTF_USESTDHANDLES;
   startup.hStdInput = GetStdHandle(STD_INPUT_HANDLE);
   startup.hStdOutput = writer;
-  startup.hStdError = writer;
+  startup.hStdError = GetStdHandle(STD_ERROR_HANDLE);
   std::string commandLine = "cscript.exe //nologo \"" + script + "\" " + address;
   PROCESS_INFORMATION process{};
   if (!CreateProcessA(nullptr, commandLine.data(), nullptr, nullptr, TRUE, 0, nullptr, nullptr,
