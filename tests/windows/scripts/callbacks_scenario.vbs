@@ -1,8 +1,9 @@
 ' Callbacks from VBScript through an async processor, against the simulator whose address is the
-' first argument: the handler set with onCommandCallback (a GetRef procedure) is called on this
-' thread from the processor loop, once per confirmed callback, a command list's callback once per
-' title that executes it; the handler closes the processor after the last one. Ends with the
-' marker line.
+' first argument: the handler set with onCommandCallback is called on this thread from the
+' processor loop, once per confirmed callback, a command list's callback once per title that
+' executes it; the handler closes the processor after the last one. The handler is an object
+' whose default member is the procedure (Wine's VBScript has no GetRef; where there is one,
+' Set tm.onCommandCallback = GetRef("onCallback") does the same). Ends with the marker line.
 Option Explicit
 Dim tm, client, processor, title, other, list, first, expected, seen
 Set tm = CreateObject("VXBr5.TitleManager")
@@ -10,13 +11,15 @@ Set client = tm.getClient()
 client.setServerAddress WScript.Arguments(0)
 Set processor = client.createAsyncProcessor()
 
-Sub onCallback(id)
-  seen = seen + 1
-  WScript.Echo "callback " & (id - first) & " (" & TypeName(id) & ")"
-  If seen = expected Then processor.close
-End Sub
+Class CallbackHandler
+  Public Default Sub onCallback(id)
+    seen = seen + 1
+    WScript.Echo "callback " & (id - first) & " (" & TypeName(id) & ")"
+    If seen = expected Then processor.close
+  End Sub
+End Class
 
-Set tm.onCommandCallback = GetRef("onCallback")
+Set tm.onCommandCallback = New CallbackHandler
 seen = 0
 expected = 4
 Set title = tm.createTitle("Callbacks")
@@ -36,8 +39,4 @@ client.writeScene
 WScript.Echo "callbacks seen " & seen
 WScript.Echo "wait after close: " & processor.waitEvent()
 
-On Error Resume Next
-client.createAsyncProcessor
-WScript.Echo "processor after connect: " & Err.Description
-On Error GoTo 0
 WScript.Echo "scenario complete"

@@ -56,5 +56,8 @@ WScript.Echo "preview 99: " & Err.Description
 Err.Clear
 title.execute client
 WScript.Echo "execute client: " & Err.Description
+Err.Clear
+client.createAsyncProcessor
+WScript.Echo "processor after connect: " & Err.Description
 On Error GoTo 0
 WScript.Echo "scenario complete"
