@@ -2,7 +2,7 @@
 ' zones and channels, found again, replaced and destroyed (in a transaction too), a command list
 ' executed by two titles, transactions and previews. Ends with the marker line.
 Option Explicit
-Dim tm, lower, upper, sport, list, found
+Dim tm, lower, upper, sport, list, found, ticker, zone, name
 Set tm = CreateObject("VXBr5.TitleManager")
 tm.getClient().setServerAddress WScript.Arguments(0)
 
@@ -16,6 +16,14 @@ WScript.Echo "zones " & lower.getZone() & " and " & upper.getZone()
 WScript.Echo "found by zone: " & (tm.findTitleByZone("LowerThirds") Is upper)
 WScript.Echo "found by name: " & (tm.findTitleByName("lower") Is lower)
 WScript.Echo "unknown zone: " & (tm.findTitleByZone("Nowhere") Is Nothing)
+
+' Names in variables, which VBScript passes by reference.
+zone = "Ticker"
+name = "tick"
+Set ticker = tm.createTitle(zone)
+ticker.transactionBegin name
+ticker.transactionEnd
+WScript.Echo "zone from a variable: " & ticker.getZone()
 
 ' A command list recorded once and replayed under two titles, the second one under a prefix.
 Set list = tm.createCommandList()
