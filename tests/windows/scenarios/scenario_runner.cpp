@@ -1,15 +1,15 @@
 // scenario_runner: gives one cscript scenario a simulator of its own. It starts the simulator
 // in this process on a free port of 127.0.0.1, runs "cscript //nologo SCRIPT ADDRESS" (the
 // script reads the address from WScript.Arguments(0)) and prints what the script printed. Then
-// what reached the simulator: the scene tree each time the script asked the server to write its
-// scene (the client's writeScene, which a title's nodes do not outlive, since a title deletes its
-// node when the script lets it go), and, once the script's connection has been read to its end,
-// the tree and those logs of the simulator (transactions, scene actions, previews, preloads,
-// projects, zones, camera) that are not empty.
-//   scenario_runner SCRIPT [vxsim options, such as --password P]
-// The simulator always listens on 127.0.0.1, port 0, whatever the options say. Exit code 2 for
-// bad arguments or a script host that cannot be started, 0 otherwise: the caller compares the
-// output.
+// what reached the simulator: the scene tree each time the script called the client's
+// writeScene (a title deletes its node when the script lets it go, so the tree at the end holds
+// little), and, once the script's connection has been read to its end, the tree and those logs
+// of the simulator (transactions, scene actions, previews, preloads, projects, zones, camera)
+// that are not empty.
+//   scenario_runner SCRIPT [vxsim options, such as --password=P]
+// The simulator always listens on 127.0.0.1, port 0, whatever the options say. A script that has
+// not ended after a minute is stopped, and a line says so. Exit code 2 for bad arguments or a
+// script host that cannot be started, 0 otherwise: the caller compares the output.
 #include <windows.h>
 
 #include <algorithm>
@@ -34,6 +34,9 @@ struct HandleTraits {
   static void close(HANDLE handle) noexcept { CloseHandle(handle); }
 };
 using CUniqueHandle = AFCUniqueHandle<HandleTraits>;
+
+// A scenario runs for seconds; the test's own limit is two minutes.
+constexpr DWORD kScriptLimitMs = 60000;
 
 // What the script host wrote to its standard output, once it has ended; throws
 // std::runtime_error when it cannot be started. Its standard error is this program's: the error
@@ -63,14 +66,22 @@ std::string runScriptHost(const std::string& script, const std::string& address)
   CloseHandle(process.hThread);
   writeEnd.reset();  // the pipe ends when the host and its children close their ends
 
+  // Read on a thread of its own, so that a script that never ends (a processor loop nobody
+  // closes) can be stopped here: its end closes the pipe, which ends the read.
   std::string printed;
-  char buffer[4096];
-  DWORD count = 0;
-  while (ReadFile(reader, buffer, sizeof(buffer), &count, nullptr) && count > 0) {
-    printed.append(buffer, count);
-  }
-  WaitForSingleObject(child.get(), INFINITE);
+  std::thread readAll([&printed, reader] {
+    char buffer[4096];
+    DWORD count = 0;
+    while (ReadFile(reader, buffer, sizeof(buffer), &count, nullptr) && count > 0) {
+      printed.append(buffer, count);
+    }
+  });
+  const bool ended = WaitForSingleObject(child.get(), kScriptLimitMs) == WAIT_OBJECT_0;
+  if (!ended) TerminateProcess(child.get(), 1);
+  readAll.join();
   std::erase(printed, '\r');
+  if (!ended)
+    printed += "(the script was stopped after " + std::to_string(kScriptLimitMs / 1000) + " s)\n";
   return printed;
 }
 
