@@ -2,8 +2,8 @@
 ' faded in inside a transaction with a callback that the script waits for, its zone switched on,
 ' then destroyed.
 '   cscript //nologo lower_third.vbs HOST:PORT
-' A script variable reaches the DLL by reference, which set and animate do not take: a value is
-' passed as an expression, (x) or a function's result.
+' A script variable reaches the DLL by reference, which set does not take: its value is passed as
+' an expression or (x).
 Option Explicit
 Dim manager, client, processor, title, callbackId
 

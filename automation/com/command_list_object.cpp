@@ -15,8 +15,8 @@ HRESULT CCommandListObject::record(Record&& record) noexcept {
 
 HRESULT CCommandListObject::animate(VARIANT animNameOrObject, BSTR address, VARIANT options) {
   return comBoundary(IID_IVXCommandList, [&] {
-    return hresultOf(list_.animate(scriptValueFromVariant(animNameOrObject),
-                                   stringFromBstr(address), scriptValueFromVariant(options)));
+    return hresultOf(list_.animate(scriptArgumentFromVariant(animNameOrObject),
+                                   stringFromBstr(address), scriptArgumentFromVariant(options)));
   });
 }
 
@@ -75,8 +75,9 @@ HRESULT CCommandListObject::doAction(BSTR actionName) {
 }
 
 HRESULT CCommandListObject::beginTransaction(VARIANT transactionName) {
-  return record(
-      [&](CCommandList& list) { list.beginTransaction(scriptValueFromVariant(transactionName)); });
+  return record([&](CCommandList& list) {
+    list.beginTransaction(scriptArgumentFromVariant(transactionName));
+  });
 }
 
 HRESULT CCommandListObject::endTransaction() {
@@ -84,8 +85,9 @@ HRESULT CCommandListObject::endTransaction() {
 }
 
 HRESULT CCommandListObject::rollTransaction(VARIANT transactionName) {
-  return record(
-      [&](CCommandList& list) { list.rollTransaction(scriptValueFromVariant(transactionName)); });
+  return record([&](CCommandList& list) {
+    list.rollTransaction(scriptArgumentFromVariant(transactionName));
+  });
 }
 
 HRESULT CCommandListObject::callback(LONG* id) {

@@ -57,7 +57,13 @@ class CDispatchObject : public CUnknownObject<Primary, Others...> {
     if (!IsEqualIID(iid, IID_NULL)) return DISP_E_UNKNOWNINTERFACE;
     const CTypeInfoViews& views = CTypeLibrary::views<Primary>();
     if (FAILED(views.result)) return views.result;
-    return views.vtableView->Invoke(static_cast<Primary*>(this), id, flags, params, result,
-                                    exception, argumentError);
+    const HRESULT invoked = views.vtableView->Invoke(static_cast<Primary*>(this), id, flags, params,
+                                                     result, exception, argumentError);
+    // VBScript's Set statement assigns an object through DISPATCH_PROPERTYPUTREF; our handler
+    // properties (onCommandCallback, the client's listeners) are put properties, which the type
+    // library's Invoke does not match to a putref. Such an assignment is served as a put.
+    if (invoked != DISP_E_MEMBERNOTFOUND || flags != DISPATCH_PROPERTYPUTREF) return invoked;
+    return views.vtableView->Invoke(static_cast<Primary*>(this), id, DISPATCH_PROPERTYPUT, params,
+                                    result, exception, argumentError);
   }
 };

@@ -145,6 +145,12 @@ ScriptValue scriptValueFromVariant(const VARIANT& value) {
   return fromOwnedVariant(copy.get());
 }
 
+ScriptValue scriptArgumentFromVariant(const VARIANT& value) {
+  CUniqueVariant copy;
+  throwIfFailed(VariantCopyInd(copy.put(), const_cast<VARIANT*>(&value)));
+  return fromOwnedVariant(copy.get());
+}
+
 CUniqueVariant variantFromScriptValue(const ScriptValue& value) {
   CUniqueVariant out;
   VARIANT& made = out.get();

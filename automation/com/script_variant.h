@@ -19,6 +19,12 @@
 #include "automation/script_value.h"
 
 ScriptValue scriptValueFromVariant(const VARIANT& value);
+// For a name or an object a member takes (a zone or transaction name, a node prefix, an
+// animation and its options): a script variable arrives by reference, as VBScript passes every
+// variable, and stands for the value it refers to (VariantCopyInd). Without this a variable
+// would silently count as no name at all. set's value, which refuses references, does not come
+// here. Throws as scriptValueFromVariant.
+ScriptValue scriptArgumentFromVariant(const VARIANT& value);
 // Empty, Integer (VT_I4, VT_I8 for 64 bits), Float, Double, Bool (the word as given, so an
 // attribute's true stays 1), Text; any other kind gives VT_EMPTY.
 CUniqueVariant variantFromScriptValue(const ScriptValue& value);

@@ -60,7 +60,7 @@ HRESULT CTitleManagerObject::setProject(BSTR name) {
 
 HRESULT CTitleManagerObject::createTitle(VARIANT zoneName, IVXTitle** out) {
   return title(out, [&](CTitleManager& manager) {
-    return manager.createTitle(scriptValueFromVariant(zoneName));
+    return manager.createTitle(scriptArgumentFromVariant(zoneName));
   });
 }
 

@@ -78,8 +78,8 @@ HRESULT CTitleObject::set(BSTR address, BSTR attrName, VARIANT value) {
 
 HRESULT CTitleObject::animate(VARIANT animNameOrObject, BSTR address, VARIANT options) {
   return comBoundary(IID_IVXTitle, [&] {
-    return hresultOf(title_->animate(scriptValueFromVariant(animNameOrObject),
-                                     stringFromBstr(address), scriptValueFromVariant(options)));
+    return hresultOf(title_->animate(scriptArgumentFromVariant(animNameOrObject),
+                                     stringFromBstr(address), scriptArgumentFromVariant(options)));
   });
 }
 
@@ -95,7 +95,7 @@ HRESULT CTitleObject::callSceneAction(BSTR actionName) {
 
 HRESULT CTitleObject::transactionBegin(VARIANT transactionName) {
   return call(
-      [&](CTitle& title) { title.transactionBegin(scriptValueFromVariant(transactionName)); });
+      [&](CTitle& title) { title.transactionBegin(scriptArgumentFromVariant(transactionName)); });
 }
 
 HRESULT CTitleObject::transactionEnd() {
@@ -104,7 +104,7 @@ HRESULT CTitleObject::transactionEnd() {
 
 HRESULT CTitleObject::transactionRoll(VARIANT transactionName) {
   return call(
-      [&](CTitle& title) { title.transactionRoll(scriptValueFromVariant(transactionName)); });
+      [&](CTitle& title) { title.transactionRoll(scriptArgumentFromVariant(transactionName)); });
 }
 
 HRESULT CTitleObject::commandCallback(LONG* id) {
@@ -131,8 +131,9 @@ HRESULT CTitleObject::previewSchedule(int previewID) {
 }
 
 HRESULT CTitleObject::destroyInTransaction(VARIANT transactionName) {
-  return call(
-      [&](CTitle& title) { title.destroyInTransaction(scriptValueFromVariant(transactionName)); });
+  return call([&](CTitle& title) {
+    title.destroyInTransaction(scriptArgumentFromVariant(transactionName));
+  });
 }
 
 HRESULT CTitleObject::preload(BSTR nodeName) {
@@ -159,6 +160,6 @@ HRESULT CTitleObject::enableZoneNotification() {
 
 HRESULT CTitleObject::execute(IVXCommandList* cmdList, VARIANT nodePrefix) {
   return call([&](CTitle& title) {
-    title.execute(&commandListOf(cmdList), scriptValueFromVariant(nodePrefix));
+    title.execute(&commandListOf(cmdList), scriptArgumentFromVariant(nodePrefix));
   });
 }

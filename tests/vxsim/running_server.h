@@ -4,6 +4,7 @@
 // look at the hub and its scene. A controlPort of 0 in the options opens a control port too.
 #include <atomic>
 #include <chrono>
+#include <functional>
 #include <future>
 #include <memory>
 #include <mutex>
@@ -20,8 +21,10 @@
 
 class RunningServer {
  public:
-  explicit RunningServer(VXSimOptions options = {})
+  // The log sink, if any, is called on the server's thread, where it may look at the hub.
+  explicit RunningServer(VXSimOptions options = {}, VXSimHub::LogSink logSink = {})
       : hub_(std::move(options)), server_(hub_, handler_) {
+    if (logSink) hub_.setLogSink(std::move(logSink));
     port_ = server_.listen("127.0.0.1", 0);
     if (hub_.getOptions().controlPort >= 0) {
       controlPort_ = server_.listenControl("127.0.0.1", hub_.getOptions().controlPort);
@@ -38,10 +41,13 @@ class RunningServer {
   void console(const std::string& line) { post(line); }
   // Runs the line on the server's thread and returns its output, once it has run; empty when it
   // has not run within a few seconds.
-  std::string command(const std::string& line) {
-    std::future<std::string> output = post(line);
-    if (output.wait_for(std::chrono::seconds(3)) != std::future_status::ready) return {};
-    return output.get();
+  std::string command(const std::string& line) { return await(post(line)); }
+  // The clients connected now, counted on the server's thread; a client that has gone counts no
+  // more once the server has read everything it sent. -1 when the count has not run in time.
+  int clientCount() {
+    const std::string count =
+        await(post([](VXSimHub& hub) { return std::to_string(hub.getConnections().size()); }));
+    return count.empty() ? -1 : std::stoi(count);
   }
   // True once run() has returned (stop() or "quit").
   bool finished() const { return finished_.load(); }
@@ -50,17 +56,30 @@ class RunningServer {
     server_.stop();
     thread_.join();
   }
-  // Only once stopped.
+  // Only once stopped, or on the server's thread.
   VXSimHub& hub() { return hub_; }
 
  private:
-  using Line = std::pair<std::string, std::shared_ptr<std::promise<std::string>>>;
+  // Work for the server's thread, which yields the output.
+  using Task = std::function<std::string(VXSimHub&)>;
+  using Line = std::pair<Task, std::shared_ptr<std::promise<std::string>>>;
 
+  static std::string await(std::future<std::string> output) {
+    if (output.wait_for(std::chrono::seconds(3)) != std::future_status::ready) return {};
+    return output.get();
+  }
   std::future<std::string> post(const std::string& line) {
+    return post([line](VXSimHub& hub) {
+      std::ostringstream out;
+      vxSimConsoleCommand(hub, line, out);
+      return out.str();
+    });
+  }
+  std::future<std::string> post(Task task) {
     auto output = std::make_shared<std::promise<std::string>>();
     {
       std::lock_guard lock(lock_);
-      lines_.emplace_back(line, output);
+      lines_.emplace_back(std::move(task), output);
     }
     handler_.wakeUp();
     return output->get_future();
@@ -71,11 +90,7 @@ class RunningServer {
       std::lock_guard lock(lock_);
       lines.swap(lines_);
     }
-    for (const auto& [line, output] : lines) {
-      std::ostringstream out;
-      vxSimConsoleCommand(hub_, line, out);
-      output->set_value(out.str());
-    }
+    for (const auto& [task, output] : lines) output->set_value(task(hub_));
   }
 
   VXSimHub hub_;

@@ -27,7 +27,8 @@ inline std::string textOf(const VARIANT& value) {
   return SUCCEEDED(changed) ? stringFromBstr(text.get().bstrVal) : "vt " + std::to_string(value.vt);
 }
 
-// Arguments in parameter order; DISPATCH_PROPERTYPUT passes the one argument as the value.
+// Arguments in parameter order; DISPATCH_PROPERTYPUT and DISPATCH_PROPERTYPUTREF pass the one
+// argument as the value.
 inline DispatchCall callByName(IDispatch* object, const wchar_t* name,
                                const std::vector<VARIANT>& arguments = {},
                                WORD flags = DISPATCH_METHOD) {
@@ -40,7 +41,7 @@ inline DispatchCall callByName(IDispatch* object, const wchar_t* name,
   std::reverse(reversed.begin(), reversed.end());
   DISPID put = DISPID_PROPERTYPUT;
   DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
-  if (flags == DISPATCH_PROPERTYPUT) {
+  if (flags == DISPATCH_PROPERTYPUT || flags == DISPATCH_PROPERTYPUTREF) {
     parameters.rgdispidNamedArgs = &put;
     parameters.cNamedArgs = 1;
   }

@@ -1,21 +1,23 @@
-# One script scenario under Wine: registers VXBr5.DLL in the current prefix, runs the script with
-# cscript, or with the script host HOST (vxscripthost, which binds events) when given,
-# unregisters the DLL and compares what the script printed with the expected text. cscript
-# prints nothing for a script error and still exits 0, so every expected text ends with a marker
-# line that only a script that ran to its end prints; the host's exit code must be 0 as well.
-#   cmake -DWINE=... -DMODULE=VXBr5.dll [-DHOST=vxscripthost.exe] -DSCRIPT=x.vbs -DEXPECTED=x.txt
-#         -P run_script.cmake
+# One script scenario under Wine: registers VXBr5.DLL in the current prefix, runs the script,
+# unregisters the DLL and compares what was printed with the expected text. The script runs with
+# cscript, or with RUNNER and its RUNNER_ARGS after the script: the script host (vxscripthost,
+# which binds events) or scenario_runner (which runs cscript against a simulator of its own and
+# prints what the simulator shows after the script too). cscript prints nothing for a script
+# error and still exits 0, so every expected text ends with a marker line that only a script that
+# ran to its end prints; the exit code must be 0 as well.
+#   cmake -DWINE=... -DMODULE=VXBr5.dll [-DRUNNER=... [-DRUNNER_ARGS=...]] -DSCRIPT=x.vbs
+#         -DEXPECTED=x.txt -P run_script.cmake
 # Wine takes Z: plus the host's path for a file of this machine.
 execute_process(COMMAND ${WINE} regsvr32 /s Z:${MODULE} RESULT_VARIABLE registered)
 if(NOT registered EQUAL 0)
   message(FATAL_ERROR "regsvr32 failed for ${MODULE}: ${registered}")
 endif()
-if(HOST)
-  set(runner Z:${HOST})
+if(RUNNER)
+  set(command Z:${RUNNER} Z:${SCRIPT} ${RUNNER_ARGS})
 else()
-  set(runner cscript //nologo)
+  set(command cscript //nologo Z:${SCRIPT})
 endif()
-execute_process(COMMAND ${WINE} ${runner} Z:${SCRIPT}
+execute_process(COMMAND ${WINE} ${command}
   OUTPUT_VARIABLE printed ERROR_VARIABLE errors RESULT_VARIABLE exited TIMEOUT 120)
 execute_process(COMMAND ${WINE} regsvr32 /s /u Z:${MODULE})
 

@@ -45,6 +45,33 @@ TEST(ScriptVariant, TakesEachTypeAsItsKind) {
   }
 }
 
+// A VBScript variable passed as a name or an object is a reference to the variable's VARIANT.
+TEST(ScriptVariant, TakesTheValueAVariableRefersToForANameOrObject) {
+  Texts t;
+  ScriptArray array({});
+  VARIANT name = t(L"fade"), object = numberArgument(VT_DISPATCH, 0);
+  object.pdispVal = &array;
+  LONG number = 3;
+  VARIANT toName = numberArgument(VT_BYREF | VT_VARIANT, 0),
+          toObject = numberArgument(VT_BYREF | VT_VARIANT, 0),
+          toNumber = numberArgument(VT_BYREF | VT_I4, 0);
+  toName.pvarVal = &name;
+  toObject.pvarVal = &object;
+  toNumber.plVal = &number;
+  using Kind = ScriptValue::Kind;
+  const std::pair<VARIANT, Kind> rows[] = {
+      {toName, Kind::Text}, {toObject, Kind::Object},         {toNumber, Kind::Integer},
+      {name, Kind::Text},   {missingArgument(), Kind::Other},
+  };
+  for (const auto& [value, expected] : rows) {
+    EXPECT_EQ(scriptArgumentFromVariant(value).getKind(), expected) << value.vt;
+    if (value.vt & VT_BYREF) {
+      EXPECT_EQ(scriptValueFromVariant(value).getKind(), Kind::Other);
+    }
+  }
+  EXPECT_EQ(scriptArgumentFromVariant(toName).getText(), u"fade");
+}
+
 TEST(ScriptVariant, GivesScriptsTheValueWithItsType) {
   const std::pair<ScriptValue, std::string> rows[] = {
       {ScriptValue(), "0 "},

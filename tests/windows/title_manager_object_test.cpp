@@ -85,6 +85,15 @@ TEST_F(TitleManagerObject, ManagerMembersWithoutATitle) {
                                  {L"findTitleByName", {t_(L"any")}, "ok vt 9"},
                                  {L"addCommandCallbackListener", {handler.get()}, "ok"},
                              });
+  // VBScript's "Set tm.onCommandCallback = GetRef(...)" assigns by reference; a put of null
+  // then clears the handlers again (the manager as its own handler would hold itself).
+  EXPECT_EQ(
+      callByName(manager_.get(), L"onCommandCallback", {handler.get()}, DISPATCH_PROPERTYPUTREF)
+          .outcome,
+      "ok");
+  EXPECT_EQ(
+      callByName(manager_.get(), L"setProject", {t_(L"News")}, DISPATCH_PROPERTYPUTREF).outcome,
+      "fails 0x80020003");
   EXPECT_EQ(callByName(manager_.get(), L"onCommandCallback", {none}, DISPATCH_PROPERTYPUT).outcome,
             "ok");
   for (const wchar_t* factory :
