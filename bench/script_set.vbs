@@ -2,10 +2,15 @@
 ' the same calls in actions of 1,000 (begin/end; one action of 100,000 would pass the packet
 ' limit), against the same loop calling getZone on that title, which only reads a field: one line
 ' per pass with the three times in seconds. Run by scripts/wine_script_bench through the script
-' host; the number of passes is its one argument.
+' host; its arguments are the number of passes and the server's address (the host's own
+' simulator when there is none).
 Option Explicit
 Dim title, pass, count, action, started, setSeconds, batchedSeconds, zoneSeconds, zone
-client.setServerAddress sim.address
+If WScript.Arguments.Count > 1 Then
+  client.setServerAddress WScript.Arguments(1)
+Else
+  client.setServerAddress sim.address
+End If
 Set title = tm.createTitle("Bench")
 For pass = 1 To CInt(WScript.Arguments(0))
   started = Timer
