@@ -41,6 +41,20 @@ CUniqueRef<IUnknown> identityOf(IDispatch* object) {
   return CUniqueRef<IUnknown>(unknown);
 }
 
+// The IVXCmdEvents connection point of an object; null (and a failed expectation) without one.
+CUniqueRef<IConnectionPoint> commandEventsOf(IDispatch* source) {
+  IConnectionPointContainer* container = nullptr;
+  EXPECT_EQ(
+      source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)),
+      S_OK);
+  const CUniqueRef<IConnectionPointContainer> ownedContainer(container);
+  IConnectionPoint* point = nullptr;
+  if (container != nullptr) {
+    EXPECT_EQ(container->FindConnectionPoint(DIID_IVXCmdEvents, &point), S_OK);
+  }
+  return CUniqueRef<IConnectionPoint>(point);
+}
+
 class TitleManagerObject : public RegisteredModule {
  protected:
   RunningServer server_;
@@ -157,14 +171,9 @@ TEST_F(TitleManagerObject, ClientAndAsyncProcessorMembers) {
 TEST_F(TitleManagerObject, ConnectionPointsAdviseAndUnadviseASink) {
   const CUniqueRef<IDispatch> client = this->client();
   for (IDispatch* source : {manager_.get(), client.get()}) {
-    IConnectionPointContainer* container = nullptr;
-    ASSERT_EQ(
-        source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container)),
-        S_OK);
-    const CUniqueRef<IConnectionPointContainer> ownedContainer(container);
-    IConnectionPoint* point = nullptr;
-    ASSERT_EQ(container->FindConnectionPoint(DIID_IVXCmdEvents, &point), S_OK);
-    const CUniqueRef<IConnectionPoint> ownedPoint(point);
+    const CUniqueRef<IConnectionPoint> ownedPoint = commandEventsOf(source);
+    IConnectionPoint* point = ownedPoint.get();
+    ASSERT_NE(point, nullptr);
     RecordingSink sink;
     DWORD cookie = 0;
     ASSERT_EQ(point->Advise(&sink, &cookie), S_OK);
@@ -173,6 +182,7 @@ TEST_F(TitleManagerObject, ConnectionPointsAdviseAndUnadviseASink) {
     EXPECT_EQ(sink.references.load(), 1u);
   }
 }
+
 // Without an async processor the session's events come through the hidden window of the
 // thread's default registry: a thread that pumps its messages gets handler calls and events.
 TEST_F(TitleManagerObject, EventsComeThroughTheWindowMessagesOfTheScriptThread) {
@@ -180,14 +190,12 @@ TEST_F(TitleManagerObject, EventsComeThroughTheWindowMessagesOfTheScriptThread) 
   RecordingSink managerSink, clientSink, handler(false);
   std::vector<std::pair<CUniqueRef<IConnectionPoint>, DWORD>> connections;
   const auto advise = [&](IDispatch* source, RecordingSink& sink) {
-    IConnectionPointContainer* container = nullptr;
-    source->QueryInterface(IID_IConnectionPointContainer, reinterpret_cast<void**>(&container));
-    const CUniqueRef<IConnectionPointContainer> ownedContainer(container);
-    IConnectionPoint* point = nullptr;
-    container->FindConnectionPoint(DIID_IVXCmdEvents, &point);
+    CUniqueRef<IConnectionPoint> point = commandEventsOf(source);
     DWORD cookie = 0;
-    EXPECT_EQ(point->Advise(&sink, &cookie), S_OK);
-    connections.emplace_back(CUniqueRef<IConnectionPoint>(point), cookie);
+    if (point.get() != nullptr) {
+      EXPECT_EQ(point.get()->Advise(&sink, &cookie), S_OK);
+    }
+    connections.emplace_back(std::move(point), cookie);
   };
   advise(manager_.get(), managerSink);
   advise(client.get(), clientSink);
@@ -207,7 +215,9 @@ TEST_F(TitleManagerObject, EventsComeThroughTheWindowMessagesOfTheScriptThread) 
   EXPECT_EQ(handler.calls, (std::vector<std::string>{"0 INT:" + id}));
   EXPECT_EQ(managerSink.calls, (std::vector<std::string>{"1 I4:" + id}));
   EXPECT_EQ(clientSink.calls, (std::vector<std::string>{"5 BSTR:on air"}));
-  for (auto& [point, cookie] : connections) point.get()->Unadvise(cookie);
+  for (auto& [point, cookie] : connections) {
+    if (point.get() != nullptr) point.get()->Unadvise(cookie);
+  }
   VARIANT none;  // the handler goes before this test's objects do
   VariantInit(&none);
   none.vt = VT_DISPATCH;
